@@ -13,9 +13,12 @@ class KbVec3 {
 public:
   using ValueType = T;
 
-  constexpr KbVec3() : m_value{T(0), T(0), T(0)} {}
-  constexpr KbVec3(T x, T y, T z) : m_value{x, y, z} {}
-  constexpr explicit KbVec3(T all) : m_value{all, all, all} {}
+  constexpr KbVec3()
+      : m_value{T(0), T(0), T(0)} {}
+  constexpr KbVec3(T x, T y, T z)
+      : m_value{x, y, z} {}
+  constexpr explicit KbVec3(T all)
+      : m_value{all, all, all} {}
   /// Component-wise conversion, for example from double coordinates to the float triples that shapes take.
   template <class U>
   constexpr explicit KbVec3(const KbVec3<U>& other)
@@ -30,8 +33,12 @@ public:
   constexpr KbVec3& operator*=(T s) { return *this = *this * s; }
   constexpr KbVec3& operator/=(T s) { return *this = *this / s; }
 
-  friend constexpr KbVec3 operator+(const KbVec3& a, const KbVec3& b) { return {a[0] + b[0], a[1] + b[1], a[2] + b[2]}; }
-  friend constexpr KbVec3 operator-(const KbVec3& a, const KbVec3& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
+  friend constexpr KbVec3 operator+(const KbVec3& a, const KbVec3& b) {
+    return {a[0] + b[0], a[1] + b[1], a[2] + b[2]};
+  }
+  friend constexpr KbVec3 operator-(const KbVec3& a, const KbVec3& b) {
+    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+  }
   friend constexpr KbVec3 operator-(const KbVec3& a) { return {-a[0], -a[1], -a[2]}; }
   friend constexpr KbVec3 operator*(const KbVec3& a, T s) { return {a[0] * s, a[1] * s, a[2] * s}; }
   friend constexpr KbVec3 operator*(T s, const KbVec3& a) { return a * s; }

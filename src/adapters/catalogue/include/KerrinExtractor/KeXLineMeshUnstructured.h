@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <KerrinExtractor/KeXMeshUnstructured.h>
 #include <KerrinExtractor/KeXLineTopologyExplicitI.h>
+#include <KerrinExtractor/KeXMeshUnstructured.h>
 #include <KerrinExtractor/KiLineMeshUnstructured.h>
 
 /// An extracted line mesh. It belongs to its extractor, which rewrites it on its next call.

@@ -6,4 +6,4 @@
 
 /// Extracted line cells.
 class KERRIN_EXTRACTOR_API KeXLineTopologyExplicitI : public virtual KiLineTopologyExplicitI,
-                                                     public virtual KeXTopologyExplicitI {};
+                                                      public virtual KeXTopologyExplicitI {};

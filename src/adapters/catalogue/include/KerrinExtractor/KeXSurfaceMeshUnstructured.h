@@ -6,7 +6,8 @@
 #include <KerrinExtractor/KiSurfaceMeshUnstructured.h>
 
 /// An extracted surface mesh. It belongs to its extractor, which rewrites it on its next call.
-class KERRIN_EXTRACTOR_API KeXSurfaceMeshUnstructured : public KiSurfaceMeshUnstructured, public virtual KeXMeshUnstructured {
+class KERRIN_EXTRACTOR_API KeXSurfaceMeshUnstructured : public KiSurfaceMeshUnstructured,
+                                                        public virtual KeXMeshUnstructured {
 public:
   const KeXSurfaceTopologyExplicitI& getTopology() const override = 0;
   const KeXGeometryExplicit& getGeometry() const override = 0;

@@ -6,4 +6,4 @@
 
 /// Extracted surface cells.
 class KERRIN_EXTRACTOR_API KeXSurfaceTopologyExplicitI : public virtual KiSurfaceTopologyExplicitI,
-                                                     public virtual KeXTopologyExplicitI {};
+                                                         public virtual KeXTopologyExplicitI {};

@@ -5,8 +5,8 @@
 
 #include <exception>
 
-/// Thrown out of an extraction call when the callback has asked to stop. The extractor stays usable: its next call starts
-/// from scratch.
+/// Thrown out of an extraction call when the callback has asked to stop. The extractor stays usable: its next call
+/// starts from scratch.
 class KERRIN_EXTRACTOR_API KiCancellationException : public std::exception {
 public:
   KiCancellationException() = default;

@@ -26,11 +26,11 @@ public:
   enum Role {
     COORDINATES,  ///< geometry: x y z of each node, FLOAT32 or FLOAT64; structured geometries i fastest, then j, then k
     CONNECTIVITY, ///< explicit topology: node indices of all cells, one cell after the other, INT32 or INT64
-    OFFSETS,      ///< explicit topology: cell c owns CONNECTIVITY [OFFSETS[c], OFFSETS[c + 1]), INT32 or INT64, one entry
-                  ///< more than cells; absent when every cell has the same number of nodes
-    SHAPES,       ///< explicit topology: the cells' `Shape` values, UINT8; a single entry when all cells have one shape
-    DEAD,         ///< topology: one UINT8 a cell (structured: i fastest), not 0 means dead; absent when none is dead
-    VALUES        ///< data set: the values, FLOAT32 or FLOAT64, vectors as x y z; structured sets i fastest
+    OFFSETS, ///< explicit topology: cell c owns CONNECTIVITY [OFFSETS[c], OFFSETS[c + 1]), INT32 or INT64, one entry
+             ///< more than cells; absent when every cell has the same number of nodes
+    SHAPES,  ///< explicit topology: the cells' `Shape` values, UINT8; a single entry when all cells have one shape
+    DEAD,    ///< topology: one UINT8 a cell (structured: i fastest), not 0 means dead; absent when none is dead
+    VALUES   ///< data set: the values, FLOAT32 or FLOAT64, vectors as x y z; structured sets i fastest
   };
 
   virtual ~KiRawArrays();

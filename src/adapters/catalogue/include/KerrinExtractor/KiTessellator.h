@@ -14,7 +14,8 @@ public:
   virtual std::size_t getTimeStamp() const = 0;
   /// Whether a cell's edge must be split: `start` and `end` are its ends, `middle` the true position of its middle, all
   /// in mesh coordinates. The answer depends on these three points alone, so that neighbours agree on a shared edge.
-  virtual bool isEdgeSplit(const KbVec3<double>& start, const KbVec3<double>& middle, const KbVec3<double>& end) const = 0;
+  virtual bool isEdgeSplit(const KbVec3<double>& start, const KbVec3<double>& middle,
+                           const KbVec3<double>& end) const = 0;
   /// How often an edge may be halved at most.
   virtual std::size_t getMaxDepth() const = 0;
 

@@ -12,7 +12,8 @@ public:
   virtual ~KiTopology();
   /// Changes (by `KxTimeStamp::getTimeStamp()`) whenever the cells or their dead flags change.
   virtual std::size_t getTimeStamp() const = 0;
-  /// Whether any cell is dead. A dead cell is skipped by every extractor: it yields nothing and hides no neighbour's face.
+  /// Whether any cell is dead. A dead cell is skipped by every extractor: it yields nothing and hides no neighbour's
+  /// face.
   virtual bool hasDeadCells() const;
   friend KERRIN_EXTRACTOR_API std::ostream& operator<<(std::ostream& stream, const KiTopology& topology);
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <KerrinExtractor/KiVolumeCell.h>
 #include <KerrinExtractor/KiTopologyExplicitI.h>
+#include <KerrinExtractor/KiVolumeCell.h>
 
 /// Explicit volume cells.
 class KERRIN_EXTRACTOR_API KiVolumeTopologyExplicitI : public virtual KiTopologyExplicitI {

@@ -8,7 +8,9 @@
 class KxIToIj {
 public:
   /// `numI` is the count along i; with `iFastest` the flat index is i + `numI` * j, otherwise `numI` * i + j.
-  explicit KxIToIj(std::size_t numI = 1, bool iFastest = true) : m_numI(numI), m_iFastest(iFastest) {}
+  explicit KxIToIj(std::size_t numI = 1, bool iFastest = true)
+      : m_numI(numI)
+      , m_iFastest(iFastest) {}
   void update(std::size_t numI) { m_numI = numI; }
   void getIj(std::size_t index, std::size_t& i, std::size_t& j) const {
     i = index % m_numI;

@@ -10,7 +10,9 @@ public:
   /// `numI` and `numJ` are the counts along the two fastest axes; with `iFastest` the flat index is
   /// i + `numI` * (j + `numJ` * k), otherwise k + `numI` * (j + `numJ` * i).
   KxIToIjk(std::size_t numI = 1, std::size_t numJ = 1, bool iFastest = true)
-      : m_numI(numI), m_numJ(numJ), m_iFastest(iFastest) {}
+      : m_numI(numI)
+      , m_numJ(numJ)
+      , m_iFastest(iFastest) {}
   void update(std::size_t numI, std::size_t numJ) {
     m_numI = numI;
     m_numJ = numJ;

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiSurfaceExtractorIjk.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRectilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRegular.h>
+#include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
+
+/// The section by an infinite cylinder (a point of the axis, radius, direction of the axis).
+class KERRIN_EXTRACTOR_API KiCylinderSliceExtractIjk
+    : public KiSurfaceExtractorIjk<const KbVec3<double>&, double, const KbVec3<double>&> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiCylinderSliceExtractIjk* getNewInstance(const KiVolumeMeshVertexHexahedronIjk& mesh, bool parallel,
+                                                   KiTessellator* tessellator);
+  static KiCylinderSliceExtractIjk* getNewInstance(const KiVolumeMeshRegular& mesh, bool parallel,
+                                                   KiTessellator* tessellator);
+  static KiCylinderSliceExtractIjk* getNewInstance(const KiVolumeMeshRectilinear& mesh, bool parallel,
+                                                   KiTessellator* tessellator);
+  static KiCylinderSliceExtractIjk* getNewInstance(const KiVolumeMeshCurvilinear& mesh, bool parallel,
+                                                   KiTessellator* tessellator);
+};

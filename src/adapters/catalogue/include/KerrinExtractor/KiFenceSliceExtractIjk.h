@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiSurfaceExtractorIjk.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRectilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRegular.h>
+#include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
+
+#include <vector>
+
+/// The curtain over a polyline, swept both ways along a direction through the whole mesh.
+class KERRIN_EXTRACTOR_API KiFenceSliceExtractIjk
+    : public KiSurfaceExtractorIjk<const KbVec3<double>&, const std::vector<KbVec3<double>>&> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiFenceSliceExtractIjk* getNewInstance(const KiVolumeMeshVertexHexahedronIjk& mesh, bool parallel,
+                                                KiTessellator* tessellator);
+  static KiFenceSliceExtractIjk* getNewInstance(const KiVolumeMeshRegular& mesh, bool parallel,
+                                                KiTessellator* tessellator);
+  static KiFenceSliceExtractIjk* getNewInstance(const KiVolumeMeshRectilinear& mesh, bool parallel,
+                                                KiTessellator* tessellator);
+  static KiFenceSliceExtractIjk* getNewInstance(const KiVolumeMeshCurvilinear& mesh, bool parallel,
+                                                KiTessellator* tessellator);
+};

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiSurfaceExtractorI.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshUnstructured.h>
+
+#include <vector>
+
+/// The curtain over a polyline, swept both ways along a direction through the whole mesh.
+class KERRIN_EXTRACTOR_API KiFenceSliceExtractUnstructured
+    : public KiSurfaceExtractorI<const KbVec3<double>&, const std::vector<KbVec3<double>>&> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiFenceSliceExtractUnstructured* getNewInstance(const KiVolumeMeshUnstructured& mesh, bool parallel,
+                                                         KiTessellator* tessellator);
+};

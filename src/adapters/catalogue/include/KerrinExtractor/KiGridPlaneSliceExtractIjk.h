@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiSurfaceExtractorIjk.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRectilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRegular.h>
+
+/// A plane section (normal, distance) sampled on a square grid of the given step in the plane: quads whose four
+/// corners lie in live cells. The grid starts at the point of the plane nearest to the coordinate origin.
+class KERRIN_EXTRACTOR_API KiGridPlaneSliceExtractIjk
+    : public KiSurfaceExtractorIjk<const KbVec3<double>&, double, double> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiGridPlaneSliceExtractIjk* getNewInstance(const KiVolumeMeshRegular& mesh, bool parallel,
+                                                    KiTessellator* tessellator);
+  static KiGridPlaneSliceExtractIjk* getNewInstance(const KiVolumeMeshRectilinear& mesh, bool parallel,
+                                                    KiTessellator* tessellator);
+  static KiGridPlaneSliceExtractIjk* getNewInstance(const KiVolumeMeshCurvilinear& mesh, bool parallel,
+                                                    KiTessellator* tessellator);
+};

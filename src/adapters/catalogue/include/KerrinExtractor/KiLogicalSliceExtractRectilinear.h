@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiSurfaceExtractorIjk.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshRectilinear.h>
+
+/// The layer of faces at the lower or upper side of the cells of one layer: axis, index of the layer, and whether
+/// the side is the upper one. Faults stay open.
+class KERRIN_EXTRACTOR_API KiLogicalSliceExtractRectilinear
+    : public KiSurfaceExtractorIjk<KiMesh::Dimension, std::size_t, bool> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiLogicalSliceExtractRectilinear* getNewInstance(const KiVolumeMeshRectilinear& mesh, bool parallel,
+                                                          KiTessellator* tessellator);
+};

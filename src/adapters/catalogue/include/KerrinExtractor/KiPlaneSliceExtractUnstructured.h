@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KeXLineMeshUnstructured.h>
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiSurfaceExtractorI.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshUnstructured.h>
+
+/// The section by the plane of the points p with normal . p = distance; the normal need not have length 1 (distance
+/// scales with it: the plane holds the point normal / |normal| * distance).
+class KERRIN_EXTRACTOR_API KiPlaneSliceExtractUnstructured : public KiSurfaceExtractorI<const KbVec3<double>&, double> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiPlaneSliceExtractUnstructured* getNewInstance(const KiVolumeMeshUnstructured& mesh, bool parallel,
+                                                         KiTessellator* tessellator);
+
+  /// The outline of the cut cells as lines, where a tessellator has subdivided them; null without one.
+  virtual const KeXLineMeshUnstructured* extractLines(const KbVec3<double>& normal, double distance,
+                                                      const KiCellFilterI* filter) = 0;
+};

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiSurfaceExtractorIjk.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRectilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRegular.h>
+#include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
+
+/// The section by a sphere (centre, radius).
+class KERRIN_EXTRACTOR_API KiSphereSliceExtractIjk : public KiSurfaceExtractorIjk<const KbVec3<double>&, double> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiSphereSliceExtractIjk* getNewInstance(const KiVolumeMeshVertexHexahedronIjk& mesh, bool parallel,
+                                                 KiTessellator* tessellator);
+  static KiSphereSliceExtractIjk* getNewInstance(const KiVolumeMeshRegular& mesh, bool parallel,
+                                                 KiTessellator* tessellator);
+  static KiSphereSliceExtractIjk* getNewInstance(const KiVolumeMeshRectilinear& mesh, bool parallel,
+                                                 KiTessellator* tessellator);
+  static KiSphereSliceExtractIjk* getNewInstance(const KiVolumeMeshCurvilinear& mesh, bool parallel,
+                                                 KiTessellator* tessellator);
+};
