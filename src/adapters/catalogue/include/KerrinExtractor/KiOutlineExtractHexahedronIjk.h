@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KiExport.h>
+#include <KerrinExtractor/KiLineExtractorHexahedronIjk.h>
+#include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KiVolumeMeshHexahedronIjk.h>
+
+/// The outline of a mesh: edges of its skin with a dihedral angle over 30 degrees, boundary edges, and for
+/// structured kinds the edges of the index box.
+class KERRIN_EXTRACTOR_API KiOutlineExtractHexahedronIjk : public KiLineExtractorHexahedronIjk<> {
+public:
+  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
+  /// cells as linear.
+  static KiOutlineExtractHexahedronIjk* getNewInstance(const KiVolumeMeshHexahedronIjk& mesh, bool parallel,
+                                                       KiTessellator* tessellator);
+};

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KeXLineMeshCurvilinear.h>
+#include <KerrinExtractor/KiBaseExtractor.h>
+#include <KerrinExtractor/KiExport.h>
+
+#include <cstddef>
+#include <vector>
+
+/// Parameters and results that the streamline extractors of all mesh kinds share.
+///
+/// A streamline is the path of a massless particle from a start point through a vector field that doesn't change,
+/// integrated by an adaptive Runge-Kutta method. Each limit is off when it is 0; a line has at most
+/// `MAX_STEPS` steps in each direction whatever the limits.
+class KERRIN_EXTRACTOR_API KiStreamlineExtractor : public virtual KiBaseExtractor {
+public:
+  enum IntegrationDirection { FORWARD = 0, BACKWARD = 1, BOTH = 2 };
+  static constexpr std::size_t MAX_STEPS = 100000;
+
+  virtual void setMaxLifeTime(double time) = 0;
+  /// Longest length, in mesh units.
+  virtual void setMaxLength(double length) = 0;
+  /// The line ends where the vector's length falls below this.
+  virtual void setMinSpeed(double speed) = 0;
+  /// Step length as a fraction of the cell size; the default is 0.3.
+  virtual void setIntegrationStepLengthFactor(double factor) = 0;
+  virtual void setMaxStepNumber(std::size_t steps) = 0;
+  virtual void setDirection(IntegrationDirection direction) = 0;
+  /// The lines of the last extraction, one for each start point.
+  virtual const std::vector<const KeXLineMeshCurvilinear*>& getExtract() const = 0;
+};
