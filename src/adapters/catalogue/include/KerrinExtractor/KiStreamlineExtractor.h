@@ -15,7 +15,7 @@
 /// `MAX_STEPS` steps in each direction whatever the limits.
 class KERRIN_EXTRACTOR_API KiStreamlineExtractor : public virtual KiBaseExtractor {
 public:
-  enum IntegrationDirection { FORWARD = 0, BACKWARD = 1, BOTH = 2 };
+  enum IntegrationDirection { FORWARD = 0, BACKWARD = 1 };
   static constexpr std::size_t MAX_STEPS = 100000;
 
   virtual void setMaxLifeTime(double time) = 0;
