@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "peer/PeerData.h"
+#include "peer/PeerRunner.h"
+#include "peer/PlainViews.h"
+
+#include <KerrinExtractor/KiIsosurfExtractIjk.h>
+#include <KerrinExtractor/KiIsosurfExtractUnstructured.h>
+#include <KerrinMesh/KbDataSet.h>
+#include <KerrinMesh/KbVolumeMeshCurvilinear.h>
+#include <KerrinMesh/KbVolumeMeshRegular.h>
+#include <KerrinMesh/KbVolumeMeshUnstructured.h>
+
+#include <vtkCellArray.h>
+#include <vtkContour3DLinearGrid.h>
+#include <vtkContourFilter.h>
+#include <vtkFloatArray.h>
+#include <vtkFlyingEdges3D.h>
+#include <vtkImageData.h>
+#include <vtkNew.h>
+#include <vtkPointData.h>
+#include <vtkPoints.h>
+#include <vtkPolyData.h>
+#include <vtkStructuredGrid.h>
+#include <vtkTypeInt64Array.h>
+#include <vtkUnstructuredGrid.h>
+
+#include <array>
+#include <cmath>
+
+namespace peer {
+
+namespace {
+
+constexpr double isovalue = 0.1;
+constexpr int numSweepValues = 20;
+
+double sweepValue(int i) { return -1.4 + 2.8 * (i + 0.5) / numSweepValues; }
+/// The parameter changes at each turn, the amount of work doesn't.
+double turnValue(int turn) { return turn % 2 == 0 ? isovalue + 1e-4 : isovalue; }
+
+/// Sum over the polygons of half the length of the sum of their cross products.
+class AreaSum {
+public:
+  void addCorner(const KbVec3<double>& p) {
+    if (m_count == 0)
+      m_first = p;
+    else
+      m_normal += (m_last - m_first).cross(p - m_first);
+    m_last = p;
+    ++m_count;
+  }
+  void endPolygon() {
+    m_area += 0.5 * m_normal.length();
+    m_normal = {};
+    m_count = 0;
+  }
+  double area() const { return m_area; }
+
+private:
+  double m_area = 0.0;
+  std::size_t m_count = 0;
+  KbVec3<double> m_first, m_last, m_normal;
+};
+
+double areaOf(const KeXSurfaceMeshUnstructured& mesh) {
+  const KiBuffer& indices = *mesh.getTopology().getIndexBuffer();
+  const auto* index = static_cast<const std::int32_t*>(indices.getData());
+  const auto* vertex = static_cast<const KbVec3<float>*>(mesh.getGeometry().getVertexBuffer()->getData());
+  AreaSum sum;
+  for (std::size_t n = 0; n < indices.getByteSize() / sizeof(std::int32_t); ++n)
+    if (index[n] >= 0)
+      sum.addCorner(KbVec3<double>(vertex[index[n]]));
+    else
+      sum.endPolygon();
+  return sum.area();
+}
+
+double areaOf(vtkPolyData& mesh) {
+  AreaSum sum;
+  for (vtkCellArray* cells : {mesh.GetPolys(), mesh.GetStrips()}) {
+    vtkIdType size = 0;
+    const vtkIdType* ids = nullptr;
+    for (cells->InitTraversal(); cells->GetNextCell(size, ids) != 0;) {
+      for (vtkIdType n = 0; n < size; ++n) {
+        double p[3];
+        mesh.GetPoint(ids[n], p);
+        sum.addCorner({p[0], p[1], p[2]});
+      }
+      sum.endPolygon();
+    }
+  }
+  return sum.area();
+}
+
+void setValues(vtkDataSet& data, std::vector<float>& values) {
+  const vtkNew<vtkFloatArray> array;
+  array->SetName("f");
+  array->SetArray(values.data(), static_cast<vtkIdType>(values.size()), 1);
+  data.GetPointData()->SetScalars(array);
+}
+
+vtkNew<vtkPoints> makePoints(std::vector<float>& coordinates) {
+  const vtkNew<vtkFloatArray> array;
+  array->SetNumberOfComponents(3);
+  array->SetArray(coordinates.data(), static_cast<vtkIdType>(coordinates.size()), 1);
+  vtkNew<vtkPoints> points;
+  points->SetData(array);
+  return points;
+}
+
+vtkNew<vtkTypeInt64Array> makeIndices(std::vector<std::int64_t>& indices) {
+  vtkNew<vtkTypeInt64Array> array;
+  static_assert(sizeof(vtkTypeInt64) == sizeof(std::int64_t)); // two names of one type, of long and of long long
+  array->SetArray(reinterpret_cast<vtkTypeInt64*>(indices.data()), static_cast<vtkIdType>(indices.size()), 1);
+  return array;
+}
+
+/// Our side of an isosurface case: the extractors over a mesh and a set, and over their plain views.
+template <class Extractor, class Mesh, class Set>
+class OurIsosurface {
+public:
+  OurIsosurface(const Mesh& mesh, const Set& set, const Mesh& plainMesh, const Set& plainSet)
+      : m_mesh(mesh)
+      , m_set(set)
+      , m_plainMesh(plainMesh)
+      , m_plainSet(plainSet) {}
+
+  void runFirst(Access access) {
+    const bool arrays = access == Access::ARRAYS;
+    m_first.reset();
+    m_first.reset(Extractor::getNewInstance(arrays ? m_mesh : m_plainMesh, true, nullptr));
+    m_first->extract(isovalue, arrays ? m_set : m_plainSet, nullptr);
+  }
+  void runNext(double value) {
+    if (!m_next) m_next.reset(Extractor::getNewInstance(m_mesh, true, nullptr));
+    m_next->extract(value, m_set, nullptr);
+  }
+  double firstArea() const { return areaOf(m_first->getExtract()); }
+  double nextArea() const { return areaOf(m_next->getExtract()); }
+
+private:
+  const Mesh& m_mesh;
+  const Set& m_set;
+  const Mesh& m_plainMesh;
+  const Set& m_plainSet;
+  std::unique_ptr<Extractor> m_first;
+  std::unique_ptr<Extractor> m_next;
+};
+
+template <class Filter>
+void updatePeer(Filter& filter) {
+  filter.Modified();
+  filter.Update();
+}
+
+class RegularJob final : public Job {
+public:
+  explicit RegularJob(std::size_t numCells)
+      : m_arrays(KbMeshMaker::lattice({numCells, numCells, numCells}))
+      , m_mesh({numCells, numCells, numCells}, {0, 0, 0}, {1, 1, 1})
+      , m_set("f", DataBinding::PER_NODE, m_arrays.values, {numCells + 1, numCells + 1, numCells + 1})
+      , m_plainSet(m_set)
+      , m_ours(m_mesh, m_set, m_mesh, m_plainSet) {
+    const vtkNew<vtkImageData> image;
+    const int n = static_cast<int>(numCells);
+    image->SetDimensions(n + 1, n + 1, n + 1);
+    image->SetSpacing(1.0 / n, 1.0 / n, 1.0 / n);
+    setValues(*image, m_arrays.values);
+    m_filter->SetInputData(image);
+    m_filter->ComputeNormalsOff();
+    m_filter->ComputeGradientsOff();
+    m_filter->ComputeScalarsOff();
+    m_filter->SetValue(0, isovalue);
+  }
+  void runFirst(Access access) override { m_ours.runFirst(access); }
+  void runNext(int turn) override { m_ours.runNext(turnValue(turn)); }
+  void runPeer() override { updatePeer(*m_filter); }
+  double measureOurs() const override { return m_ours.firstArea(); }
+  double measurePeer() const override { return areaOf(*m_filter->GetOutput()); }
+
+private:
+  KbMeshMaker::Arrays m_arrays;
+  KbVolumeMeshRegular m_mesh;
+  KbScalarSetIjk m_set;
+  PlainScalarSetIjk m_plainSet;
+  OurIsosurface<KiIsosurfExtractIjk, KiVolumeMeshRegular, KiDataSetIjk<double>> m_ours;
+  vtkNew<vtkFlyingEdges3D> m_filter;
+};
+
+class CurvilinearJob final : public Job {
+public:
+  explicit CurvilinearJob(std::size_t numCells)
+      : m_arrays(KbMeshMaker::lattice({numCells, numCells, numCells}, warp))
+      , m_mesh({numCells, numCells, numCells}, m_arrays.coordinates)
+      , m_set("f", DataBinding::PER_NODE, m_arrays.values, {numCells + 1, numCells + 1, numCells + 1})
+      , m_plainMesh(m_mesh)
+      , m_plainSet(m_set)
+      , m_ours(m_mesh, m_set, m_plainMesh, m_plainSet) {
+    const vtkNew<vtkStructuredGrid> grid;
+    const int n = static_cast<int>(numCells);
+    grid->SetDimensions(n + 1, n + 1, n + 1);
+    grid->SetPoints(makePoints(m_arrays.coordinates));
+    setValues(*grid, m_arrays.values);
+    m_filter->SetInputData(grid);
+    m_filter->ComputeNormalsOff();
+    m_filter->ComputeGradientsOff();
+    m_filter->ComputeScalarsOff();
+    m_filter->SetValue(0, isovalue);
+  }
+  void runFirst(Access access) override { m_ours.runFirst(access); }
+  void runNext(int turn) override { m_ours.runNext(turnValue(turn)); }
+  void runPeer() override { updatePeer(*m_filter); }
+  double measureOurs() const override { return m_ours.firstArea(); }
+  double measurePeer() const override { return areaOf(*m_filter->GetOutput()); }
+
+private:
+  KbMeshMaker::Arrays m_arrays;
+  KbVolumeMeshCurvilinear m_mesh;
+  KbScalarSetIjk m_set;
+  PlainCurvilinearMesh m_plainMesh;
+  PlainScalarSetIjk m_plainSet;
+  OurIsosurface<KiIsosurfExtractIjk, KiVolumeMeshCurvilinear, KiDataSetIjk<double>> m_ours;
+  vtkNew<vtkContourFilter> m_filter;
+};
+
+/// Cells of one shape over the warped lattice, against merged points.
+class UnstructuredJob : public Job {
+public:
+  UnstructuredJob(KbMeshMaker::Arrays arrays, KiVolumeCell::Shape shape, std::size_t nodesPerCell, int vtkType)
+      : m_arrays(std::move(arrays))
+      , m_cells(m_arrays.connectivity, nodesPerCell)
+      , m_mesh(m_arrays.coordinates, {shape, m_cells.connectivity})
+      , m_set("f", DataBinding::PER_NODE, m_arrays.values)
+      , m_plainMesh(m_mesh)
+      , m_plainSet(m_set)
+      , m_ours(m_mesh, m_set, m_plainMesh, m_plainSet) {
+    const vtkNew<vtkCellArray> array;
+    array->SetData(makeIndices(m_cells.offsets), makeIndices(m_cells.connectivity));
+    const vtkNew<vtkUnstructuredGrid> grid;
+    grid->SetPoints(makePoints(m_arrays.coordinates));
+    grid->SetCells(vtkType, array);
+    setValues(*grid, m_arrays.values);
+    m_filter->SetInputData(grid);
+    m_filter->MergePointsOn();
+    m_filter->ComputeNormalsOff();
+    m_filter->ComputeScalarsOff();
+    m_filter->InterpolateAttributesOff();
+    m_filter->SetValue(0, isovalue);
+  }
+  void runFirst(Access access) override { m_ours.runFirst(access); }
+  void runNext(int turn) override { m_ours.runNext(turnValue(turn)); }
+  void runPeer() override { updatePeer(*m_filter); }
+  double measureOurs() const override { return m_ours.firstArea(); }
+  double measurePeer() const override { return outputArea(); }
+
+protected:
+  double outputArea() const { return areaOf(*vtkPolyData::SafeDownCast(m_filter->GetOutputDataObject(0))); }
+
+  KbMeshMaker::Arrays m_arrays;
+  Cells m_cells;
+  KbVolumeMeshUnstructured m_mesh;
+  KbScalarSetI m_set;
+  PlainVolumeMesh m_plainMesh;
+  PlainScalarSetI m_plainSet;
+  OurIsosurface<KiIsosurfExtractUnstructured, KiVolumeMeshUnstructured, KiDataSetI<double>> m_ours;
+  vtkNew<vtkContour3DLinearGrid> m_filter;
+};
+
+/// All sweep values one after the other, on a living extractor and a living filter.
+class SweepJob final : public UnstructuredJob {
+public:
+  SweepJob(std::size_t numCells, bool merged)
+      : UnstructuredJob(KbMeshMaker::hexahedra({numCells, numCells, numCells}, warp), KiVolumeCell::HEXAHEDRON, 8,
+                        VTK_HEXAHEDRON) {
+    m_filter->SetMergePoints(merged);
+  }
+  void runNext(int) override {
+    for (int i = 0; i < numSweepValues; ++i)
+      m_ours.runNext(sweepValue(i));
+  }
+  void runPeer() override {
+    for (int i = 0; i < numSweepValues; ++i) {
+      m_filter->SetValue(0, sweepValue(i));
+      m_filter->Update();
+    }
+  }
+  // Both sides stand at the last value.
+  double measureOurs() const override { return m_ours.nextArea(); }
+  double measurePeer() const override { return outputArea(); }
+};
+
+} // namespace
+
+std::vector<Case> isosurfaceCases() {
+  return {
+      {"isosurface_regular_256", true, [] { return std::make_unique<RegularJob>(256); }},
+      {"isosurface_hexahedra_100", true,
+       [] {
+         return std::make_unique<UnstructuredJob>(KbMeshMaker::hexahedra({100, 100, 100}, warp),
+                                                  KiVolumeCell::HEXAHEDRON, 8, VTK_HEXAHEDRON);
+       }},
+      {"isosurface_tetrahedra_60", true,
+       [] {
+         return std::make_unique<UnstructuredJob>(KbMeshMaker::tetrahedra({60, 60, 60}, warp),
+                                                  KiVolumeCell::TETRAHEDRON, 4, VTK_TETRA);
+       }},
+      {"isosurface_curvilinear_128", true, [] { return std::make_unique<CurvilinearJob>(128); }},
+      {"sweep_hexahedra_100_merged", false, [] { return std::make_unique<SweepJob>(100, true); }},
+      {"sweep_hexahedra_100_unmerged", false, [] { return std::make_unique<SweepJob>(100, false); }},
+  };
+}
+
+} // namespace peer
