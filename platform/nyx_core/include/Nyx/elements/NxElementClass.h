@@ -19,7 +19,6 @@ struct NYX_CORE_API NxElementClass {
   NxType classTypeId;       ///< Bad until initClass and again after exitClass.
   int classStackIndex = 0;  ///< 0 until registered; negative for a class without a stack of its own.
   uint16_t classElementKey; ///< Survives exitClass, so that a class keeps its key for the life of the process.
-  const bool isAbstract;
 
   NxElementClass(const char* className, NxElementClass* parentClass, void (*initFunction)(),
                  NxType::CreateFunction createFunction);
