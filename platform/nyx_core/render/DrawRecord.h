@@ -75,11 +75,13 @@ using Matrix = std::array<float, 16>; ///< as OpenGL takes it: column by column,
 struct View {
   Matrix view{};       ///< world to eye
   Matrix projection{}; ///< eye to clip space
+  bool operator==(const View&) const = default;
 };
 
 struct DirectionalLight {
   std::array<float, 3> direction{}; ///< the way the light travels, in world space
   std::array<float, 3> color{};     ///< times its intensity
+  bool operator==(const DirectionalLight&) const = default;
 };
 
 struct Material {

@@ -240,7 +240,7 @@ void main() {
   oSum = vec4(color * base.a, base.a) * weight;
   oReveal = base.a;
 #else
-  oColor = vec4(color, base.a);
+  oColor = vec4(color, 1.0);
 #endif
 }
 )";

@@ -46,8 +46,10 @@ bool NxImage::readPNG(const std::string& fileName) {
     read = NxImage(static_cast<int>(png.width), static_cast<int>(png.height));
     good = png_image_finish_read(&png, nullptr, read.m_rgba.data(), 0, nullptr) != 0;
   }
-  if (good) *this = std::move(read);
-  else NxDebugError::post("NxImage::readPNG", "cannot read \"%s\": %s", fileName.c_str(), png.message);
+  if (good)
+    *this = std::move(read);
+  else
+    NxDebugError::post("NxImage::readPNG", "cannot read \"%s\": %s", fileName.c_str(), png.message);
   png_image_free(&png);
   return good;
 }

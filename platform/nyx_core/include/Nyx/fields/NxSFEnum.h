@@ -3,12 +3,11 @@
 
 #include <Nyx/base/NbName.h>
 #include <Nyx/fields/NxFieldClass.h>
+#include <Nyx/fields/NxSFInt32.h>
 #include <Nyx/fields/NxSField.h>
 
 #include <type_traits>
 #include <vector>
-
-extern template class NYX_CORE_API NxSFieldOf<int>;
 
 /// A field with one of the enumerators that setEnums has named, kept as its number.
 ///

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <Nyx/NyxCoreExport.h>
+#include <Nyx/misc/NyxCoreExport.h>
 
 #include <cstddef>
 #include <cstdint>
