@@ -2,7 +2,7 @@
 #pragma once
 
 #include <KerrinExtractor/KiBuffer.h>
-#include <Nyx/misc/NxCpuBufferObject.h>
+#include <Nyx/buffers/NxCpuBufferObject.h>
 
 #include <cstddef>
 

@@ -41,7 +41,8 @@ public:
     const Value t = (value - lowValue) / (highValue - lowValue);
     Color color;
     for (int c = 0; c < Color::SIZE; ++c)
-      color[c] = static_cast<Scalar>(t * static_cast<Value>(highColor[c] - lowColor[c]) + static_cast<Value>(lowColor[c]));
+      color[c] =
+          static_cast<Scalar>(t * static_cast<Value>(highColor[c] - lowColor[c]) + static_cast<Value>(lowColor[c]));
     return color;
   }
 

@@ -5,7 +5,8 @@
 
 #include <cmath>
 
-KdPredefinedColorMapping::KdPredefinedColorMapping() : m_timeStamp(KxTimeStamp::getTimeStamp()) {}
+KdPredefinedColorMapping::KdPredefinedColorMapping()
+    : m_timeStamp(KxTimeStamp::getTimeStamp()) {}
 
 void KdPredefinedColorMapping::setMinMax(double min, double max) {
   if (min == m_minValue && max == m_maxValue) return;

@@ -22,7 +22,8 @@ template <class ToolkitDetail, class RepresentationDetail>
 KoCellDetail<ToolkitDetail, RepresentationDetail>::KoCellDetail(const ToolkitDetail* detail, int pickedIndex,
                                                                 const RepresentationDetail* representationDetail,
                                                                 const std::vector<std::size_t>* mapping)
-    : ToolkitDetail(*detail), m_extractedCellIndex(static_cast<std::size_t>(pickedIndex)) {
+    : ToolkitDetail(*detail)
+    , m_extractedCellIndex(static_cast<std::size_t>(pickedIndex)) {
   const auto* mesh = representationDetail ? representationDetail->getExtractedMesh() : nullptr;
   if (!mesh) return;
   m_representationDetail = representationDetail;
@@ -56,14 +57,16 @@ void KoCellDetail<ToolkitDetail, RepresentationDetail>::getInputCell(std::size_t
 }
 
 template <class Detail>
-KoCellDetailI<Detail>::KoCellDetailI(const Detail& detail, const KoMeshDetail& meshDetail) : Detail(detail) {
+KoCellDetailI<Detail>::KoCellDetailI(const Detail& detail, const KoMeshDetail& meshDetail)
+    : Detail(detail) {
   std::size_t j, k;
   this->getInputCell(m_index, j, k);
   this->setMeshDetail(meshDetail);
 }
 
 template <class Detail>
-KoCellDetailIj<Detail>::KoCellDetailIj(const Detail& detail, const KoMeshDetail& meshDetail) : Detail(detail) {
+KoCellDetailIj<Detail>::KoCellDetailIj(const Detail& detail, const KoMeshDetail& meshDetail)
+    : Detail(detail) {
   std::size_t k;
   this->getInputCell(m_i, m_j, k);
   if (m_j == UNDEFINED_INDEX) meshDetail.computeIj(m_i, m_i, m_j);
@@ -71,7 +74,8 @@ KoCellDetailIj<Detail>::KoCellDetailIj(const Detail& detail, const KoMeshDetail&
 }
 
 template <class Detail>
-KoCellDetailIjk<Detail>::KoCellDetailIjk(const Detail& detail, const KoMeshDetail& meshDetail) : Detail(detail) {
+KoCellDetailIjk<Detail>::KoCellDetailIjk(const Detail& detail, const KoMeshDetail& meshDetail)
+    : Detail(detail) {
   this->getInputCell(m_i, m_j, m_k);
   if (m_k == UNDEFINED_INDEX) meshDetail.computeIjk(m_i, m_i, m_j, m_k);
   this->setMeshDetail(meshDetail);

@@ -5,4 +5,5 @@
 NX_DETAIL_SOURCE(KoLineMeshDetail, KoMeshRepresentationDetail)
 
 KoLineMeshDetail::KoLineMeshDetail(const KeXLineMeshUnstructured* mesh, const ExtractedSets& sets)
-    : KoMeshRepresentationDetail(mesh, sets), m_extractedMesh(mesh) {}
+    : KoMeshRepresentationDetail(mesh, sets)
+    , m_extractedMesh(mesh) {}

@@ -7,7 +7,8 @@
 NX_DETAIL_SOURCE(KoMeshRepresentationDetail, NxDetail)
 
 KoMeshRepresentationDetail::KoMeshRepresentationDetail(const KiMeshUnstructuredI* mesh, const ExtractedSets& sets)
-    : m_mesh(mesh), m_sets(sets) {
+    : m_mesh(mesh)
+    , m_sets(sets) {
   if (std::all_of(sets.begin(), sets.end(), [](const auto* set) { return set == nullptr; })) m_sets.clear();
 }
 

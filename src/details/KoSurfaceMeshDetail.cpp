@@ -5,4 +5,5 @@
 NX_DETAIL_SOURCE(KoSurfaceMeshDetail, KoMeshRepresentationDetail)
 
 KoSurfaceMeshDetail::KoSurfaceMeshDetail(const KeXSurfaceMeshUnstructured* mesh, const ExtractedSets& sets)
-    : KoMeshRepresentationDetail(mesh, sets), m_extractedMesh(mesh) {}
+    : KoMeshRepresentationDetail(mesh, sets)
+    , m_extractedMesh(mesh) {}

@@ -24,7 +24,9 @@ bool replace(std::size_t& stored, std::size_t current) {
 
 } // namespace
 
-KdMesh::KdMesh(NxGroup& parentGroup) : m_separator(new NxSeparator), m_attributeCache(new KdAttributeCache(nullptr)) {
+KdMesh::KdMesh(NxGroup& parentGroup)
+    : m_separator(new NxSeparator)
+    , m_attributeCache(new KdAttributeCache(nullptr)) {
   reset();
   parentGroup.addChild(m_separator.get());
 }

@@ -8,7 +8,8 @@
 #include <Nyx/base/NxPreferences.h>
 #include <Nyx/nodes/NxPolygonOffset.h>
 
-KdSurfaceMesh::KdSurfaceMesh(NxGroup& parentGroup) : KdIndexedMesh(parentGroup) {
+KdSurfaceMesh::KdSurfaceMesh(NxGroup& parentGroup)
+    : KdIndexedMesh(parentGroup) {
   separator().setName("SurfaceMesh_Display");
   auto* offset = new NxPolygonOffset;
   offset->styles.setValue(NxPolygonOffset::FILLED);

@@ -11,8 +11,8 @@ class NxRayPickAction;
 /// Shows an extracted surface.
 class KdSurfaceMesh final : public KdIndexedMesh {
 public:
-  /// Adds the separator "SurfaceMesh_Display" to the group. The faces are moved back a little, so that lines on them are
-  /// seen, unless the preference `KERRIN_POLYGON_OFFSET` (default true) says no.
+  /// Adds the separator "SurfaceMesh_Display" to the group. The faces are moved back a little, so that lines on them
+  /// are seen, unless the preference `KERRIN_POLYGON_OFFSET` (default true) says no.
   explicit KdSurfaceMesh(NxGroup& parentGroup);
   ~KdSurfaceMesh() override;
 

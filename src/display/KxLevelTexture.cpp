@@ -9,9 +9,7 @@
 
 namespace {
 
-unsigned char toByte(float component) {
-  return static_cast<unsigned char>(std::clamp(component, 0.f, 1.f) * 255.f);
-}
+unsigned char toByte(float component) { return static_cast<unsigned char>(std::clamp(component, 0.f, 1.f) * 255.f); }
 
 } // namespace
 
@@ -31,8 +29,7 @@ bool KxLevelTexture::update(const KdLevelColorMapping* mapping, float opacity) {
   m_image.clear();
   for (std::size_t band = 0; band < numBands; ++band) {
     const NbColorRGBA& color = mapping->getLevelColor(band);
-    m_image.insert(m_image.end(),
-                   {toByte(color[0]), toByte(color[1]), toByte(color[2]), toByte(opacity * color[3])});
+    m_image.insert(m_image.end(), {toByte(color[0]), toByte(color[1]), toByte(color[2]), toByte(opacity * color[3])});
   }
   m_texture = new NxTexture2;
   m_texture->image.setValue(NbVec2i32(static_cast<int>(numBands), 1), 4, m_image.data());

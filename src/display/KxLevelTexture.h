@@ -13,8 +13,8 @@ class KdLevelColorMapping;
 /// polygon.
 class KxLevelTexture {
 public:
-  /// Makes a new texture when mapping, its time stamp or opacity differ from those shown. Returns whether the texture has
-  /// changed; a null mapping takes it away.
+  /// Makes a new texture when mapping, its time stamp or opacity differ from those shown. Returns whether the texture
+  /// has changed; a null mapping takes it away.
   bool update(const KdLevelColorMapping* mapping, float opacity);
 
   NxTexture2* getTexture() const { return m_texture.get(); }

@@ -2,6 +2,7 @@
 #include "display/KxMeshSceneGraph.h"
 
 #include "colors/KdLevelColorMapping.h"
+#include "display/SetIfDifferent.h"
 
 #include <KerrinDataMapping/elements/KoColorMappingElement.h>
 #include <KerrinDataMapping/elements/KoCombineColorMappingElement.h>
@@ -29,13 +30,15 @@ NbVec3f narrowed(const KbVec3<double>& v) {
 } // namespace
 
 KxMeshSceneGraph::KxMeshSceneGraph(NxGroup& parent)
-    : m_boundingBox(new NxBBox), m_mainStyle(new NxSeparator), m_extraStyles(new NxSwitch) {
+    : m_boundingBox(new NxBBox)
+    , m_mainStyle(new NxSeparator)
+    , m_extraStyles(new NxSwitch) {
   m_boundingBox->mode.setValue(useBoundingBoxes ? NxBBox::AUTO : NxBBox::NO_BOUNDING_BOX);
   parent.addChild(m_boundingBox.get());
   m_mainStyle->setName("MainStyle");
   parent.addChild(m_mainStyle.get());
   m_extraStyles->setName("ExtraStyles");
-  m_extraStyles->whichChild = NxSwitch::SWITCH_ALL;
+  kx::setIfDifferent(m_extraStyles->whichChild, NxSwitch::SWITCH_ALL);
   parent.addChild(m_extraStyles.get());
 
   // Edges and points lie on the faces: a pick shall find the face only.
@@ -55,7 +58,7 @@ bool KxMeshSceneGraph::showStyles(NxState* state) {
   m_pointGraph->setVisible(points);
   m_lineGraph->setVisible(edges);
   if (!isSet) m_primaryGraph->ignoreStyle();
-  m_extraStyles->whichChild = isSet ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE;
+  kx::setIfDifferent(m_extraStyles->whichChild, isSet ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE);
   return m_faceGraph->isVisible() || m_lineGraph->isVisible() || m_pointGraph->isVisible();
 }
 

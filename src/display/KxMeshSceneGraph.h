@@ -35,8 +35,8 @@ public:
   KxMeshSceneGraph(const KxMeshSceneGraph&) = delete;
   KxMeshSceneGraph& operator=(const KxMeshSceneGraph&) = delete;
 
-  /// Shows and hides the styles as the state says; returns whether anything is displayed. Without a `KoDrawStyle` above,
-  /// the primary style follows the application's own draw style.
+  /// Shows and hides the styles as the state says; returns whether anything is displayed. Without a `KoDrawStyle`
+  /// above, the primary style follows the application's own draw style.
   virtual bool updateDrawStyle(NxState* state);
   virtual void clear();
   /// Replaces the details of picked points that lie on this graph.

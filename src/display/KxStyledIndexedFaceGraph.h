@@ -20,9 +20,12 @@ public:
   /// Whether the outline fades with the size of the cells on the screen.
   void setFading(bool fading);
   void bypassSinglePassOutline(bool bypass);
-  /// Mirrors the material of the state into the shape, edges only if `withEdges`; returns whether something has changed.
+  /// Mirrors the material of the state into the shape, edges only if `withEdges`; returns whether something has
+  /// changed.
   bool updateOutline(NxState* state, bool withEdges);
 
 private:
+  KxStyledIndexedFaceGraph(NxGroup& parent, NxIndexedFaceSetOutline& shape);
+
   NxIndexedFaceSetOutline& m_outlineShape;
 };

@@ -6,7 +6,8 @@
 #include <Nyx/nodes/NxGroup.h>
 
 KxStyledIndexedShapeGraph::KxStyledIndexedShapeGraph(NxGroup& parent, StyleKind kind, NxIndexedShape* shape)
-    : KxStyledShapeGraph(parent, kind, nullptr), m_shape(shape) {
+    : KxStyledShapeGraph(parent, kind, nullptr)
+    , m_shape(shape) {
   shape->vertexProperty.setValue(&vertexProperty());
   parent.addChild(shape);
   KxStyledIndexedShapeGraph::clear();
@@ -14,7 +15,8 @@ KxStyledIndexedShapeGraph::KxStyledIndexedShapeGraph(NxGroup& parent, StyleKind 
 
 KxStyledIndexedShapeGraph::KxStyledIndexedShapeGraph(NxGroup& parent, StyleKind kind,
                                                      const KxStyledIndexedShapeGraph& shared)
-    : KxStyledShapeGraph(parent, kind, &shared.vertexProperty()), m_shape(shared.m_shape) {
+    : KxStyledShapeGraph(parent, kind, &shared.vertexProperty())
+    , m_shape(shared.m_shape) {
   parent.addChild(m_shape.get());
 }
 

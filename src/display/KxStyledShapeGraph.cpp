@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "display/KxStyledShapeGraph.h"
 
+#include "display/SetIfDifferent.h"
+
 #include <Nyx/base/NxDebugError.h>
 #include <Nyx/nodes/NxGroup.h>
 
@@ -11,11 +13,14 @@ constexpr float NO_MATERIAL = -1.f;
 } // namespace
 
 KxStyledShapeGraph::KxStyledShapeGraph(NxGroup& parent, StyleKind kind, NxVertexProperty* sharedProperty)
-    : m_vertexProperty(sharedProperty ? sharedProperty : new NxVertexProperty), m_drawStyle(new NxDrawStyle),
-      m_uniformColorSwitch(new NxSwitch), m_material(new NxMaterial), m_levelTextureSwitch(new NxSwitch),
-      m_styleKind(kind) {
+    : m_vertexProperty(sharedProperty ? sharedProperty : new NxVertexProperty)
+    , m_drawStyle(new NxDrawStyle)
+    , m_uniformColorSwitch(new NxSwitch)
+    , m_material(new NxMaterial)
+    , m_levelTextureSwitch(new NxSwitch)
+    , m_styleKind(kind) {
   m_levelTextureSwitch->setName("LevelTexture");
-  m_levelTextureSwitch->whichChild = NxSwitch::SWITCH_NONE;
+  kx::setIfDifferent(m_levelTextureSwitch->whichChild, NxSwitch::SWITCH_NONE);
   parent.addChild(m_levelTextureSwitch.get());
 
   m_drawStyle->style = NxDrawStyle::INVISIBLE;
@@ -26,7 +31,7 @@ KxStyledShapeGraph::KxStyledShapeGraph(NxGroup& parent, StyleKind kind, NxVertex
   parent.addChild(m_drawStyle.get());
 
   m_uniformColorSwitch->setName("UniformColor");
-  m_uniformColorSwitch->whichChild = NxSwitch::SWITCH_ALL;
+  kx::setIfDifferent(m_uniformColorSwitch->whichChild, NxSwitch::SWITCH_ALL);
   m_material->ambientColor.setIgnored(true);
   m_material->specularColor.setIgnored(true);
   m_material->emissiveColor.setIgnored(true);
@@ -47,7 +52,7 @@ void KxStyledShapeGraph::clear() {
   m_vertexProperty->materialBinding.setValue(OVERALL);
   m_vertexProperty->normalBinding.setValue(PER_VERTEX_INDEXED);
   m_levelTextureSwitch->removeAllChildren();
-  m_levelTextureSwitch->whichChild = NxSwitch::SWITCH_NONE;
+  kx::setIfDifferent(m_levelTextureSwitch->whichChild, NxSwitch::SWITCH_NONE);
 }
 
 bool KxStyledShapeGraph::isShapeOf(const NxPath*) const { return false; }
@@ -56,14 +61,14 @@ NxDetail* KxStyledShapeGraph::createDetail(const NxDetail*, const KoMeshRepresen
 
 void KxStyledShapeGraph::setVisible(bool visible) {
   m_isVisible = visible;
-  m_drawStyle->style.setIgnored(false);
-  const int style = visible ? static_cast<int>(m_styleKind) : static_cast<int>(NxDrawStyle::INVISIBLE);
-  if (m_drawStyle->style.getValue() != style) m_drawStyle->style.setValue(style);
+  if (m_drawStyle->style.isIgnored()) m_drawStyle->style.setIgnored(false);
+  kx::setIfDifferent(m_drawStyle->style,
+                     visible ? static_cast<int>(m_styleKind) : static_cast<int>(NxDrawStyle::INVISIBLE));
 }
 
 void KxStyledShapeGraph::ignoreStyle() {
   m_isVisible = true;
-  m_drawStyle->style.setIgnored(true);
+  if (!m_drawStyle->style.isIgnored()) m_drawStyle->style.setIgnored(true);
 }
 
 void KxStyledShapeGraph::setVertices(const KxCpuBuffer<KbVec3<float>>* buffer) {
@@ -81,7 +86,7 @@ void KxStyledShapeGraph::setColors(const std::vector<NbVec2f>& textureCoordinate
   const bool contouring = m_coloring == KoMaterial::CONTOURING;
   NxVertexProperty& property = *m_vertexProperty;
   if (textureCoordinates.empty()) {
-    m_levelTextureSwitch->whichChild = NxSwitch::SWITCH_NONE;
+    kx::setIfDifferent(m_levelTextureSwitch->whichChild, NxSwitch::SWITCH_NONE);
     property.texCoord.setNum(0);
     if (colors.empty()) {
       property.orderedRGBA.setNum(0);
@@ -93,11 +98,11 @@ void KxStyledShapeGraph::setColors(const std::vector<NbVec2f>& textureCoordinate
     property.orderedRGBA.setNum(0);
     property.materialBinding.setValue(OVERALL);
     property.texCoord.setValuesPointer(static_cast<int>(textureCoordinates.size()), textureCoordinates.data());
-    m_levelTextureSwitch->whichChild = contouring ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE;
+    kx::setIfDifferent(m_levelTextureSwitch->whichChild, contouring ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE);
   }
   const bool hasData = !textureCoordinates.empty() || !colors.empty();
   const bool uniform = (!hasData || !contouring) && m_material->transparency[0] != NO_MATERIAL;
-  m_uniformColorSwitch->whichChild = uniform ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE;
+  kx::setIfDifferent(m_uniformColorSwitch->whichChild, uniform ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE);
 }
 
 void KxStyledShapeGraph::setTexture(NxTexture2* texture) {

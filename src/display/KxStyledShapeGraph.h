@@ -60,8 +60,8 @@ public:
                  Binding binding);
   /// Null takes the texture away.
   void setTexture(NxTexture2* texture);
-  /// The uniform colour; a transparency of -1 says that there is none and the application's colour stays. Returns whether
-  /// nothing has changed; a style that isn't visible is left alone.
+  /// The uniform colour; a transparency of -1 says that there is none and the application's colour stays. Returns
+  /// whether nothing has changed; a style that isn't visible is left alone.
   bool setMaterial(KoMaterial::ColoringType coloring, const NbColor& color, float transparency);
 
 protected:

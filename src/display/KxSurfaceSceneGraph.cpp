@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "display/KxSurfaceSceneGraph.h"
 
+#include "display/SetIfDifferent.h"
+
 #include <KerrinDataMapping/elements/KoDrawStyleElement.h>
 #include <KerrinDataMapping/elements/KoMaterialElement.h>
 #include <Nyx/base/NxPreferences.h>
@@ -18,7 +20,8 @@ NxSeparator& addSeparator(NxGroup& parent, const char* name) {
 } // namespace
 
 KxSurfaceSceneGraph::KxSurfaceSceneGraph(NxGroup& parent)
-    : KxUnstrMeshSceneGraph(parent), m_faces(*new KxStyledIndexedFaceGraph(mainStyle())) {
+    : KxUnstrMeshSceneGraph(parent)
+    , m_faces(*new KxStyledIndexedFaceGraph(mainStyle())) {
   m_faceGraph.reset(&m_faces);
   m_primaryGraph = &m_faces;
   m_lineGraph = std::make_unique<KxStyledIndexedShapeGraph>(addSeparator(extraStyles(), "LineStyle"),
@@ -40,7 +43,7 @@ bool KxSurfaceSceneGraph::updateDrawStyle(NxState* state) {
   m_faces.setVisible(true);
   m_lineGraph->setVisible(false);
   m_pointGraph->setVisible(points);
-  extraStyles().whichChild = points ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE;
+  kx::setIfDifferent(extraStyles().whichChild, points ? NxSwitch::SWITCH_ALL : NxSwitch::SWITCH_NONE);
   m_faces.setFading(KoDrawStyleElement::getFadingThreshold(state) > 0.f);
   m_faces.bypassSinglePassOutline(false);
   return true;

@@ -6,8 +6,8 @@
 #include <KerrinExtractor/KeXTopologyExplicitI.h>
 #include <Nyx/actions/NxRayPickAction.h>
 #include <Nyx/base/NxDebugError.h>
-#include <Nyx/misc/NxPath.h>
 #include <Nyx/details/NxPickedPoint.h>
+#include <Nyx/misc/NxPath.h>
 
 void KxUnstrMeshSceneGraph::fillIndices(const KeXTopologyExplicitI& topology) {
   if (topology.hasDeadCells())

@@ -9,7 +9,8 @@
 template <class Derived>
 class KdCache : public NxCache {
 protected:
-  explicit KdCache(NxState* state) : NxCache(state) {}
+  explicit KdCache(NxState* state)
+      : NxCache(state) {}
 
   /// Records the state's element of this class.
   template <class Element>

@@ -8,15 +8,18 @@
 #include <KerrinDataMapping/elements/KoMeshElement.h>
 #include <Nyx/base/NxDebug.h>
 
-KdAttributeCache::KdAttributeCache(NxState* state) : KdCache(state) {
+KdAttributeCache::KdAttributeCache(NxState* state)
+    : KdCache(state) {
   if (state) record<KoDrawStyleElement>(state);
 }
 
-KdExtractionThreadCache::KdExtractionThreadCache(NxState* state) : KdCache(state) {
+KdExtractionThreadCache::KdExtractionThreadCache(NxState* state)
+    : KdCache(state) {
   if (state) record<KoCellFilterElement>(state);
 }
 
-KdMeshCache::KdMeshCache(NxState* state) : KdCache(state) {
+KdMeshCache::KdMeshCache(NxState* state)
+    : KdCache(state) {
   record<KoMeshElement>(state);
   m_mesh = KoMeshElement::getMesh(state, m_meshType, m_timeStamp);
 }

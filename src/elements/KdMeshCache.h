@@ -15,8 +15,8 @@ public:
   explicit KdMeshCache(NxState* state);
 
   const KiMesh* getMesh(MeshType& type) const;
-  /// Whether the state's mesh element is the recorded one. When it isn't, `newMesh` says whether the mesh is another one:
-  /// the element may also differ in its node or in the representation that the mesh comes from.
+  /// Whether the state's mesh element is the recorded one. When it isn't, `newMesh` says whether the mesh is another
+  /// one: the element may also differ in its node or in the representation that the mesh comes from.
   bool isValid(NxState* state, bool& newMesh) const;
 
 private:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <KerrinDataMapping/elements/KoCombineColorMappingElement.h>
 
-
 #include <cstdio>
 
 NX_ELEMENT_SOURCE(KoCombineColorMappingElement, NxReplacedElement)

@@ -2,7 +2,6 @@
 #include <KerrinDataMapping/elements/KoDrawStyleElement.h>
 #include <KerrinDataMapping/nodes/KoDrawStyle.h>
 
-
 #include <cstdio>
 
 NX_ELEMENT_SOURCE(KoDrawStyleElement, NxReplacedElement)

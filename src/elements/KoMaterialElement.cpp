@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <KerrinDataMapping/elements/KoMaterialElement.h>
 
-
 #include <cstdio>
 
 NX_ELEMENT_SOURCE(KoMaterialElement, NxReplacedElement)
@@ -37,8 +36,8 @@ void KoMaterialElement::set(NxState* state, NxNode* node, ColoringType faceColor
                             ColoringType lineColoring, const NbColor& lineColor, ColoringType markerColoring,
                             const NbColor& markerColor, float transparency, bool enhancedColoring) {
   if (KoMaterialElementValue* value = getWritable(state, node))
-    *value = {faceColoring,   faceColor,   lineColoring, lineColor,       markerColoring,
-              markerColor, transparency, enhancedColoring, true};
+    *value = {faceColoring, faceColor,    lineColoring,     lineColor, markerColoring,
+              markerColor,  transparency, enhancedColoring, true};
 }
 
 bool KoMaterialElement::getMaterial(NxState* state, ColoringType& faceColoring, NbColor& faceColor,
@@ -49,8 +48,7 @@ bool KoMaterialElement::getMaterial(NxState* state, ColoringType& faceColoring, 
               transparency, enhancedColoring);
 }
 
-bool KoMaterialElement::getColoringTypes(NxState* state, ColoringType& face, ColoringType& line,
-                                         ColoringType& marker) {
+bool KoMaterialElement::getColoringTypes(NxState* state, ColoringType& face, ColoringType& line, ColoringType& marker) {
   const KoMaterialElementValue* element = getReadable(state);
   const KoMaterialElementValue& value = element ? *element : UNSET;
   face = value.faceColoring;

@@ -2,7 +2,6 @@
 #include <KerrinDataMapping/elements/KoTessellatorElement.h>
 #include <KerrinExtractor/KiTessellator.h>
 
-
 #include <cstdio>
 
 NX_ELEMENT_SOURCE(KoTessellatorElement, NxReplacedElement)

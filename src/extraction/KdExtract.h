@@ -11,8 +11,8 @@
 
 class KiTessellator;
 
-/// Owns one extractor and calls it through the interfaces that `Traits` name: `Mesh`, `CellFilter`, `NodeSet`, `CellSet`
-/// (see `KdMeshKind`), `Extractor`, `Output` (the type of its result) and `LABEL` (its name in messages).
+/// Owns one extractor and calls it through the interfaces that `Traits` name: `Mesh`, `CellFilter`, `NodeSet`,
+/// `CellSet` (see `KdMeshKind`), `Extractor`, `Output` (the type of its result) and `LABEL` (its name in messages).
 template <class Traits>
 class KdExtract {
 public:

@@ -18,7 +18,8 @@ public:
   using ExtractedSets = std::vector<const KeXDataSetI<double>*>;
 
   /// The driver replaces its extract from time to time, so that it is looked up at each use.
-  explicit KdExtractionThread(const std::unique_ptr<Extract>& extract) : m_extract(extract) {}
+  explicit KdExtractionThread(const std::unique_ptr<Extract>& extract)
+      : m_extract(extract) {}
 
   void extract(NxState* state, const ColorSets& colorSets, const typename Extract::CellFilter* cellFilter) {
     m_extract->extract(state, cellFilter);

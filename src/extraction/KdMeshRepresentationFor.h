@@ -76,7 +76,9 @@ public:
 protected:
   /// `name` is the node's class name, for messages.
   KdMeshRepresentationFor(KoMeshRepresentation& node, std::string name)
-      : m_node(node), m_name(std::move(name)), m_thread(m_extract) {}
+      : m_node(node)
+      , m_name(std::move(name))
+      , m_thread(m_extract) {}
 
   /// Runs the extraction and shows what it yields.
   virtual void display(NxState* state, const ColorSets& colorSets, const typename Traits::CellFilter* cellFilter) = 0;
@@ -113,9 +115,7 @@ private:
            (points && point == KoMaterial::CONTOURING);
   }
 
-  static bool isPerCell(NxState* state) {
-    return KoDataBindingElement::getDataBinding(state) == DataBinding::PER_CELL;
-  }
+  static bool isPerCell(NxState* state) { return KoDataBindingElement::getDataBinding(state) == DataBinding::PER_CELL; }
 
   static const KiTypedDataSet<double>* findScalarSet(NxState* state, int index) {
     const KiTypedDataSet<double>* set = kx::typedScalarSet(state, index);

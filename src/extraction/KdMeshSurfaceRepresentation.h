@@ -27,7 +27,8 @@ public:
 
 protected:
   KdMeshSurfaceRepresentation(KoMeshSurfaceRepresentation& node, std::string name)
-      : Base(node, std::move(name)), m_surface(node.getSurfaceDisplay()) {
+      : Base(node, std::move(name))
+      , m_surface(node.getSurfaceDisplay()) {
     constexpr MeshType type = Base::Traits::MESH_TYPE;
     m_surface.setUseSinglePassOutline(type != VOLUME_UNSTRUCTURED && type != SURFACE_UNSTRUCTURED);
   }

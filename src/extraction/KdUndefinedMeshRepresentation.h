@@ -8,7 +8,8 @@ class KoMeshRepresentation;
 /// The driver for no mesh or an unsupported one: it keeps the node empty.
 class KdUndefinedMeshRepresentation final : public virtual KdMeshRepresentation {
 public:
-  explicit KdUndefinedMeshRepresentation(KoMeshRepresentation& node) : m_node(node) {}
+  explicit KdUndefinedMeshRepresentation(KoMeshRepresentation& node)
+      : m_node(node) {}
 
   KiBaseExtractor* getExtractor() override { return nullptr; }
   MeshType getMeshType() const override { return UNDEFINED_MESH_TYPE; }

@@ -9,7 +9,8 @@
 /// The application's answers to phases and steps are dropped: it watches an extraction, it cannot stop one.
 class KdUserExtractorCallback final : public KiExtractorCallback, public NxRefCounter {
 public:
-  explicit KdUserExtractorCallback(KiExtractorCallback* user) : m_user(user) {}
+  explicit KdUserExtractorCallback(KiExtractorCallback* user)
+      : m_user(user) {}
 
   void beginExtract(std::string name, bool geometryChanged, bool topologyChanged, bool dataSetChanged,
                     std::size_t numPhases) override;

@@ -14,7 +14,10 @@ KoDataBinding::KoDataBinding() {
   NX_SET_SF_ENUM_TYPE(dataBinding, DataBinding);
 }
 
-KoDataBinding::KoDataBinding(const KoDataBinding& other) : KoDataBinding() { copyContents(&other, false); }
+KoDataBinding::KoDataBinding(const KoDataBinding& other)
+    : KoDataBinding() {
+  copyContents(&other, false);
+}
 
 KoDataBinding& KoDataBinding::operator=(const KoDataBinding& other) {
   copyContents(&other, false);

@@ -13,7 +13,10 @@ KoDrawStyle::KoDrawStyle() {
   NX_NODE_ADD_FIELD(fadingThreshold, (0.f));
 }
 
-KoDrawStyle::KoDrawStyle(const KoDrawStyle& other) : KoDrawStyle() { copyContents(&other, false); }
+KoDrawStyle::KoDrawStyle(const KoDrawStyle& other)
+    : KoDrawStyle() {
+  copyContents(&other, false);
+}
 
 KoDrawStyle& KoDrawStyle::operator=(const KoDrawStyle& other) {
   copyContents(&other, false);

@@ -7,12 +7,14 @@
 
 NX_NODE_SOURCE(KoLevelColorMapping, KoColorMapping)
 
-KoLevelColorMapping::KoLevelColorMapping() : m_working(std::make_unique<KdLevelColorMapping>()) {
+KoLevelColorMapping::KoLevelColorMapping()
+    : m_working(std::make_unique<KdLevelColorMapping>()) {
   NX_NODE_CONSTRUCTOR(KoLevelColorMapping);
   addFields(getNodeClass());
 }
 
-KoLevelColorMapping::KoLevelColorMapping(const KoLevelColorMapping& other) : KoLevelColorMapping() {
+KoLevelColorMapping::KoLevelColorMapping(const KoLevelColorMapping& other)
+    : KoLevelColorMapping() {
   copyContents(&other, false);
 }
 
@@ -26,7 +28,8 @@ KoLevelColorMapping::~KoLevelColorMapping() = default;
 void KoLevelColorMapping::doAction(NxAction* action) {
   if (values.getNum() == 0 || colors.getNum() == 0) return;
   if (values.getNum() != colors.getNum() + 1) {
-    NxDebugError::post("KoLevelColorMappig", "Level colormapping requires exactly one more value than provided colors.");
+    NxDebugError::post("KoLevelColorMappig",
+                       "Level colormapping requires exactly one more value than provided colors.");
     return;
   }
   std::vector<double> limits;

@@ -7,12 +7,14 @@
 
 NX_NODE_SOURCE(KoLinearColorMapping, KoColorMapping)
 
-KoLinearColorMapping::KoLinearColorMapping() : m_working(std::make_unique<KdLinearColorMapping>()) {
+KoLinearColorMapping::KoLinearColorMapping()
+    : m_working(std::make_unique<KdLinearColorMapping>()) {
   NX_NODE_CONSTRUCTOR(KoLinearColorMapping);
   addFields(getNodeClass());
 }
 
-KoLinearColorMapping::KoLinearColorMapping(const KoLinearColorMapping& other) : KoLinearColorMapping() {
+KoLinearColorMapping::KoLinearColorMapping(const KoLinearColorMapping& other)
+    : KoLinearColorMapping() {
   copyContents(&other, false);
 }
 
@@ -26,7 +28,8 @@ KoLinearColorMapping::~KoLinearColorMapping() = default;
 void KoLinearColorMapping::doAction(NxAction* action) {
   if (values.getNum() == 0 || colors.getNum() == 0) return;
   if (values.getNum() != colors.getNum()) {
-    NxDebugError::post("KoLinearColorMappig", "Linear colormapping requires exactly the same count of values and colors.");
+    NxDebugError::post("KoLinearColorMappig",
+                       "Linear colormapping requires exactly the same count of values and colors.");
     return;
   }
   std::vector<KdLinearColorMapping::Entry> entries;

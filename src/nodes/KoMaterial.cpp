@@ -22,7 +22,10 @@ KoMaterial::KoMaterial() {
   NX_SET_SF_ENUM_TYPE(pointColoring, ColoringType);
 }
 
-KoMaterial::KoMaterial(const KoMaterial& other) : KoMaterial() { copyContents(&other, false); }
+KoMaterial::KoMaterial(const KoMaterial& other)
+    : KoMaterial() {
+  copyContents(&other, false);
+}
 
 KoMaterial& KoMaterial::operator=(const KoMaterial& other) {
   copyContents(&other, false);

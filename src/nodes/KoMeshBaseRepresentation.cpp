@@ -3,13 +3,14 @@
 #include <Nyx/actions/NxAction.h>
 #include <Nyx/actions/NxWriteAction.h>
 #include <Nyx/misc/NxChildList.h>
-#include <Nyx/misc/NxOutput.h>
+#include <Nyx/io/NxOutput.h>
 #include <Nyx/nodes/NxSeparator.h>
 
 NX_NODE_ABSTRACT_SOURCE(KoMeshBaseRepresentation, KoActionNode)
 
 KoMeshBaseRepresentation::KoMeshBaseRepresentation()
-    : m_internalGroup(new NxSeparator), m_children(std::make_unique<NxChildList>(this, 1)) {
+    : m_internalGroup(new NxSeparator)
+    , m_children(std::make_unique<NxChildList>(this, 1)) {
   NX_NODE_CONSTRUCTOR(KoMeshBaseRepresentation);
   m_children->insert(m_internalGroup, 0);
 }
@@ -28,7 +29,7 @@ void KoMeshBaseRepresentation::doAction(NxAction* action) {
 
 void KoMeshBaseRepresentation::write(NxWriteAction* action) {
   NxOutput* output = action->getOutput();
-  if (output->getStage() == NxOutput::COUNT_REFERENCES) {
+  if (output->getStage() == NxOutput::COUNT_REFS) {
     addWriteReference(output, false);
     if (hasMultipleWriteRefs()) return;
   }

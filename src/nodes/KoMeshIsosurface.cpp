@@ -14,7 +14,10 @@ KoMeshIsosurface::KoMeshIsosurface() {
   NX_NODE_ADD_FIELD(isoScalarSetId, (0));
 }
 
-KoMeshIsosurface::KoMeshIsosurface(const KoMeshIsosurface& other) : KoMeshIsosurface() { copyContents(&other, false); }
+KoMeshIsosurface::KoMeshIsosurface(const KoMeshIsosurface& other)
+    : KoMeshIsosurface() {
+  copyContents(&other, false);
+}
 
 KoMeshIsosurface& KoMeshIsosurface::operator=(const KoMeshIsosurface& other) {
   copyContents(&other, false);

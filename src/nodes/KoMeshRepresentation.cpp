@@ -12,8 +12,8 @@
 #include <Nyx/base/NxDebug.h>
 #include <Nyx/base/NxError.h>
 #include <Nyx/base/NxMemoryError.h>
-#include <Nyx/misc/NxPath.h>
 #include <Nyx/details/NxPickedPoint.h>
+#include <Nyx/misc/NxPath.h>
 #include <Nyx/misc/NxState.h>
 
 #include <new>
@@ -21,8 +21,10 @@
 NX_NODE_ABSTRACT_SOURCE(KoMeshRepresentation, KoMeshBaseRepresentation)
 
 KoMeshRepresentation::KoMeshRepresentation()
-    : m_driver(std::make_unique<KdUndefinedMeshRepresentation>(*this)), m_parallelSensor(parallelFieldSensorCB, this)
-    , m_stateCache(std::make_unique<KdMeshStateCache>()), m_timeStamp(KxTimeStamp::getTimeStamp()) {
+    : m_driver(std::make_unique<KdUndefinedMeshRepresentation>(*this))
+    , m_parallelSensor(parallelFieldSensorCB, this)
+    , m_stateCache(std::make_unique<KdMeshStateCache>())
+    , m_timeStamp(KxTimeStamp::getTimeStamp()) {
   NX_NODE_CONSTRUCTOR(KoMeshRepresentation);
   NX_NODE_ADD_FIELD(colorScalarSetId, (0));
   NX_NODE_ADD_FIELD(parallel, (true));

@@ -35,7 +35,8 @@ KoPredefinedColorMapping::KoPredefinedColorMapping() {
   m_maps[RAINBOW_TURBO] = std::make_unique<KbTurboMapping>();
 }
 
-KoPredefinedColorMapping::KoPredefinedColorMapping(const KoPredefinedColorMapping& other) : KoPredefinedColorMapping() {
+KoPredefinedColorMapping::KoPredefinedColorMapping(const KoPredefinedColorMapping& other)
+    : KoPredefinedColorMapping() {
   copyContents(&other, false);
 }
 

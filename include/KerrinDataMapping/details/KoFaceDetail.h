@@ -14,4 +14,6 @@ public:
   /// `facetMapping` may be null when the extracted mesh has no dead cells.
   KoFaceDetail(const NxFaceDetail* detail, const KoSurfaceMeshDetail* representationDetail,
                const std::vector<std::size_t>* facetMapping);
+
+  NxDetail* copy() const override { return new KoFaceDetail(*this); }
 };

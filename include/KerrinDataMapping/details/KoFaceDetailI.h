@@ -10,5 +10,8 @@ class KERRIN_DATAMAPPING_API KoFaceDetailI : public KoCellDetailI<KoFaceDetail> 
 public:
   KoFaceDetailI() = default;
   /// Specialises `detail` for the mesh that `meshDetail` tells of.
-  KoFaceDetailI(const KoFaceDetail& detail, const KoMeshDetail& meshDetail) : KoCellDetailI(detail, meshDetail) {}
+  KoFaceDetailI(const KoFaceDetail& detail, const KoMeshDetail& meshDetail)
+      : KoCellDetailI(detail, meshDetail) {}
+
+  NxDetail* copy() const override { return new KoFaceDetailI(*this); }
 };

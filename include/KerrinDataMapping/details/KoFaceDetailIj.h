@@ -10,5 +10,8 @@ class KERRIN_DATAMAPPING_API KoFaceDetailIj : public KoCellDetailIj<KoFaceDetail
 public:
   KoFaceDetailIj() = default;
   /// Specialises `detail` for the mesh that `meshDetail` tells of.
-  KoFaceDetailIj(const KoFaceDetail& detail, const KoMeshDetail& meshDetail) : KoCellDetailIj(detail, meshDetail) {}
+  KoFaceDetailIj(const KoFaceDetail& detail, const KoMeshDetail& meshDetail)
+      : KoCellDetailIj(detail, meshDetail) {}
+
+  NxDetail* copy() const override { return new KoFaceDetailIj(*this); }
 };

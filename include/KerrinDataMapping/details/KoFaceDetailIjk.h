@@ -10,5 +10,8 @@ class KERRIN_DATAMAPPING_API KoFaceDetailIjk : public KoCellDetailIjk<KoFaceDeta
 public:
   KoFaceDetailIjk() = default;
   /// Specialises `detail` for the mesh that `meshDetail` tells of.
-  KoFaceDetailIjk(const KoFaceDetail& detail, const KoMeshDetail& meshDetail) : KoCellDetailIjk(detail, meshDetail) {}
+  KoFaceDetailIjk(const KoFaceDetail& detail, const KoMeshDetail& meshDetail)
+      : KoCellDetailIjk(detail, meshDetail) {}
+
+  NxDetail* copy() const override { return new KoFaceDetailIjk(*this); }
 };

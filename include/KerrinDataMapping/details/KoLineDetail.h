@@ -14,4 +14,6 @@ public:
   /// `lineMapping` may be null when the extracted mesh has no dead cells.
   KoLineDetail(const NxLineDetail* detail, const KoLineMeshDetail* representationDetail,
                const std::vector<std::size_t>* lineMapping);
+
+  NxDetail* copy() const override { return new KoLineDetail(*this); }
 };

@@ -10,5 +10,8 @@ class KERRIN_DATAMAPPING_API KoLineDetailI : public KoCellDetailI<KoLineDetail> 
 public:
   KoLineDetailI() = default;
   /// Specialises `detail` for the mesh that `meshDetail` tells of.
-  KoLineDetailI(const KoLineDetail& detail, const KoMeshDetail& meshDetail) : KoCellDetailI(detail, meshDetail) {}
+  KoLineDetailI(const KoLineDetail& detail, const KoMeshDetail& meshDetail)
+      : KoCellDetailI(detail, meshDetail) {}
+
+  NxDetail* copy() const override { return new KoLineDetailI(*this); }
 };

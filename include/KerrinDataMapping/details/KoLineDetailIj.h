@@ -10,5 +10,8 @@ class KERRIN_DATAMAPPING_API KoLineDetailIj : public KoCellDetailIj<KoLineDetail
 public:
   KoLineDetailIj() = default;
   /// Specialises `detail` for the mesh that `meshDetail` tells of.
-  KoLineDetailIj(const KoLineDetail& detail, const KoMeshDetail& meshDetail) : KoCellDetailIj(detail, meshDetail) {}
+  KoLineDetailIj(const KoLineDetail& detail, const KoMeshDetail& meshDetail)
+      : KoCellDetailIj(detail, meshDetail) {}
+
+  NxDetail* copy() const override { return new KoLineDetailIj(*this); }
 };

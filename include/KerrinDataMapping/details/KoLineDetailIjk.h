@@ -10,5 +10,8 @@ class KERRIN_DATAMAPPING_API KoLineDetailIjk : public KoCellDetailIjk<KoLineDeta
 public:
   KoLineDetailIjk() = default;
   /// Specialises `detail` for the mesh that `meshDetail` tells of.
-  KoLineDetailIjk(const KoLineDetail& detail, const KoMeshDetail& meshDetail) : KoCellDetailIjk(detail, meshDetail) {}
+  KoLineDetailIjk(const KoLineDetail& detail, const KoMeshDetail& meshDetail)
+      : KoCellDetailIjk(detail, meshDetail) {}
+
+  NxDetail* copy() const override { return new KoLineDetailIjk(*this); }
 };

@@ -15,6 +15,8 @@ public:
   KoLineMeshDetail() = default;
   KoLineMeshDetail(const KeXLineMeshUnstructured* mesh, const ExtractedSets& sets);
 
+  NxDetail* copy() const override { return new KoLineMeshDetail(*this); }
+
   const KeXLineMeshUnstructured* getExtractedMesh() const { return m_extractedMesh; }
 
 private:

@@ -22,14 +22,20 @@ public:
   using ColorSets = std::vector<const KiTypedDataSet<double>*>;
 
   KoMeshDetail() = default;
-  KoMeshDetail(const KiMesh* mesh, MeshType type) : m_meshType(type), m_mesh(mesh) {}
+  KoMeshDetail(const KiMesh* mesh, MeshType type)
+      : m_meshType(type)
+      , m_mesh(mesh) {}
+
+  NxDetail* copy() const override { return new KoMeshDetail(*this); }
 
   /// Null when not known.
   const KiMesh* getMesh() const { return m_mesh; }
   MeshType getMeshType() const { return m_meshType; }
   const ColorSets& getColorScalarSets() const { return m_colorSets; }
   /// The first of the colour sets, or null.
-  const KiTypedDataSet<double>* getColorScalarSet() const { return m_colorSets.empty() ? nullptr : m_colorSets.front(); }
+  const KiTypedDataSet<double>* getColorScalarSet() const {
+    return m_colorSets.empty() ? nullptr : m_colorSets.front();
+  }
   /// A list of nothing but nulls counts as empty.
   void setColorScalarSets(const ColorSets& sets);
 

@@ -22,6 +22,8 @@ public:
   /// A list of nothing but nulls counts as empty.
   KoMeshRepresentationDetail(const KiMeshUnstructuredI* mesh, const ExtractedSets& sets);
 
+  NxDetail* copy() const override { return new KoMeshRepresentationDetail(*this); }
+
   const ExtractedSets& getExtractedColorScalarSets() const { return m_sets; }
   /// The first of the sets, or null.
   const KeXDataSetI<double>* getExtractedColorScalarSet() const { return m_sets.empty() ? nullptr : m_sets.front(); }

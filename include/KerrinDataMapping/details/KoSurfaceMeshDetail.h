@@ -15,6 +15,8 @@ public:
   KoSurfaceMeshDetail() = default;
   KoSurfaceMeshDetail(const KeXSurfaceMeshUnstructured* mesh, const ExtractedSets& sets);
 
+  NxDetail* copy() const override { return new KoSurfaceMeshDetail(*this); }
+
   const KeXSurfaceMeshUnstructured* getExtractedMesh() const { return m_extractedMesh; }
 
 private:

@@ -41,8 +41,8 @@ public:
   static bool getColoringTypes(NxState* state, ColoringType& face, ColoringType& line, ColoringType& marker);
   static bool getEnhancedColoring(NxState* state);
   /// Contouring in all styles with white faces, red lines and green points, opaque; returns false.
-  static bool getDefault(ColoringType& faceColoring, NbColor& faceColor, ColoringType& lineColoring,
-                         NbColor& lineColor, ColoringType& markerColoring, NbColor& markerColor, float& transparency,
+  static bool getDefault(ColoringType& faceColoring, NbColor& faceColor, ColoringType& lineColoring, NbColor& lineColor,
+                         ColoringType& markerColoring, NbColor& markerColor, float& transparency,
                          bool& enhancedColoring);
 
   void print(FILE* file) const override;

@@ -47,7 +47,8 @@ public:
 
 private:
   static const Derived* find(NxState* state) {
-    return static_cast<const Derived*>(state->getConstElement(Derived::getClassTypeId(), Derived::getClassStackIndex()));
+    return static_cast<const Derived*>(
+        state->getConstElement(Derived::getClassTypeId(), Derived::getClassStackIndex()));
   }
 
   std::vector<const Set*> m_sets;

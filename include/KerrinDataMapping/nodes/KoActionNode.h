@@ -4,13 +4,14 @@
 #include <KerrinDataMapping/KoExport.h>
 #include <Nyx/nodes/NxNode.h>
 
-/// Root of the library's nodes: every action that reaches one comes down to `doAction`, apart from searching and writing,
-/// which are the toolkit's own.
+/// Root of the library's nodes: every action that reaches one comes down to `doAction`, apart from searching and
+/// writing, which are the toolkit's own.
 class KERRIN_DATAMAPPING_API KoActionNode : public NxNode {
   NX_NODE_ABSTRACT_HEADER(KoActionNode);
 
 public:
-  KoActionNode(const KoActionNode& other) : NxNode(other) {}
+  KoActionNode(const KoActionNode& other)
+      : NxNode(other) {}
   KoActionNode& operator=(const KoActionNode& other) {
     NxNode::operator=(other);
     return *this;

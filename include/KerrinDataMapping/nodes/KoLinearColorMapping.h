@@ -7,8 +7,8 @@
 
 class KdLinearColorMapping;
 
-/// Colours interpolated between given values. `values` and `colors` must have the same length, else an error is posted and
-/// the mapping above stays in force.
+/// Colours interpolated between given values. `values` and `colors` must have the same length, else an error is posted
+/// and the mapping above stays in force.
 class KERRIN_DATAMAPPING_API KoLinearColorMapping : public KoTabulatedColorMapping {
   NX_NODE_HEADER(KoLinearColorMapping);
 

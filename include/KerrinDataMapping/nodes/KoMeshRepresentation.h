@@ -22,6 +22,7 @@ class KiExtractorCallback;
 class KiMesh;
 class KiTessellator;
 class KoMeshDetail;
+class NxState;
 template <class Extract>
 class KdMeshRepresentationFor;
 
@@ -66,8 +67,8 @@ protected:
   virtual void doExtract(NxAction* action) = 0;
   void clear() override;
 
-  /// The mesh above; null when there is none or when the node cannot take a new one yet. Another mesh than the last time
-  /// clears the node first.
+  /// The mesh above; null when there is none or when the node cannot take a new one yet. Another mesh than the last
+  /// time clears the node first.
   const KiMesh* getMeshFromState(NxState* state, MeshType& type);
   /// The tessellator above, or null. Another one than the last time clears the node first, unless `keepOutput`.
   KiTessellator* getTessellatorFromState(NxState* state, bool keepOutput);
