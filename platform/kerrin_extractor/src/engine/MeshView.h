@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "PointView.h"
+
+#include <KerrinExtractor/KiCellFilterI.h>
+#include <KerrinExtractor/KiCellFilterIjk.h>
+#include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
+#include <KerrinExtractor/KiVolumeMeshHexahedronIjk.h>
+#include <KerrinExtractor/KiVolumeMeshRectilinear.h>
+#include <KerrinExtractor/KiVolumeMeshRegular.h>
+#include <KerrinExtractor/KiVolumeMeshUnstructured.h>
+#include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <variant>
+
+namespace kx {
+
+/// Shape codes of cells as the polygoniser sees them: the four linear ones as in `KiVolumeCell` (quadratic cells are
+/// taken by their corners), polyhedra, and cells that cannot be read.
+enum CellCode : std::uint8_t { TETRAHEDRON, PYRAMID, WEDGE, HEXAHEDRON, POLYHEDRON, UNREADABLE };
+
+inline constexpr std::array<std::uint8_t, 4> NUM_CORNERS{4, 5, 6, 8};
+
+/// The code of a shape with this number of nodes.
+CellCode codeOf(std::size_t shape, std::size_t numNodes);
+
+using CellNodes = std::array<std::size_t, 8>;
+
+// Each view below offers: `load(cell, nodes)`, the ids of the corners; `loadForValues`, the same where only the values
+// are asked for (ids may then name any node with the same value).
+
+/// Cells of one shape in a plain array.
+template <class Index>
+struct UniformCells {
+  const Index* connectivity;
+  std::size_t stride;
+  CellCode code;
+  const KiVolumeTopologyExplicitI* topology;
+
+  CellCode load(std::size_t cell, CellNodes& nodes) const {
+    const Index* p = connectivity + cell * stride;
+    if (code == HEXAHEDRON) {
+      for (std::size_t i = 0; i < 8; ++i)
+        nodes[i] = static_cast<std::size_t>(p[i]);
+    } else if (code == TETRAHEDRON) {
+      for (std::size_t i = 0; i < 4; ++i)
+        nodes[i] = static_cast<std::size_t>(p[i]);
+    } else if (code < POLYHEDRON) {
+      for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
+        nodes[i] = static_cast<std::size_t>(p[i]);
+    }
+    return code;
+  }
+  CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
+};
+
+/// Cells of several shapes in plain arrays.
+template <class Index>
+struct MixedCells {
+  const Index* connectivity;
+  std::size_t connectivitySize;
+  const Index* offsets;
+  const std::uint8_t* shapes;
+  std::size_t shapeStep; ///< 0 when one entry serves all cells
+  const KiVolumeTopologyExplicitI* topology;
+
+  CellCode load(std::size_t cell, CellNodes& nodes) const {
+    const auto begin = static_cast<std::size_t>(offsets[cell]);
+    const auto end = static_cast<std::size_t>(offsets[cell + 1]);
+    if (begin > end || end > connectivitySize) return UNREADABLE;
+    const CellCode code = codeOf(shapes[cell * shapeStep], end - begin);
+    if (code < POLYHEDRON)
+      for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
+        nodes[i] = static_cast<std::size_t>(connectivity[begin + i]);
+    return code;
+  }
+  CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
+};
+
+/// Cells read through the topology's virtual operations.
+struct VirtualCells {
+  const KiVolumeTopologyExplicitI* topology;
+
+  CellCode load(std::size_t cell, CellNodes& nodes) const;
+  CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
+};
+
+/// Hexahedra with explicit nodes, addressed by (i, j, k).
+struct HexahedronIjkCells {
+  const KiHexahedronTopologyExplicitIjk* topology;
+  Dims cells;
+
+  CellCode load(std::size_t cell, CellNodes& nodes) const {
+    const auto [i, j, k] = cells.split(cell);
+    topology->getCellNodeIds(i, j, k, nodes.data());
+    return HEXAHEDRON;
+  }
+  CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
+};
+
+/// Hexahedra of a structured grid.
+struct GridCells {
+  Dims cells;
+  Dims nodes;
+
+  CellCode load(std::size_t cell, CellNodes& ids) const {
+    const auto [i, j, k] = cells.split(cell);
+    const std::size_t base = nodes.flat(i, j, k);
+    const std::size_t layer = nodes.i * nodes.j;
+    const std::size_t low[4] = {base, base + 1, base + 1 + nodes.i, base + nodes.i};
+    for (std::size_t c = 0; c < 4; ++c) {
+      ids[c] = low[c];
+      ids[c + 4] = low[c] + layer;
+    }
+    return HEXAHEDRON;
+  }
+  CellCode loadForValues(std::size_t cell, CellNodes& ids) const { return load(cell, ids); }
+};
+
+/// Hexahedra with corners of their own. A node's id is its grid node and the first of the eight cells around it whose
+/// corner lies at the same position: corners that touch get one id, torn ones several.
+struct CornerCells {
+  const KiGeometryHexahedronIjk* geometry;
+  Dims cells;
+  Dims nodes;
+
+  CellCode load(std::size_t cell, CellNodes& ids) const;
+  CellCode loadForValues(std::size_t cell, CellNodes& ids) const {
+    GridCells{cells, nodes}.load(cell, ids);
+    for (std::size_t& id : ids)
+      id <<= CORNER_SLOT_BITS;
+    return HEXAHEDRON;
+  }
+};
+
+using CellView = std::variant<UniformCells<std::int32_t>, UniformCells<std::int64_t>, MixedCells<std::int32_t>,
+                              MixedCells<std::int64_t>, VirtualCells, HexahedronIjkCells, GridCells, CornerCells>;
+
+/// A volume mesh of any kind, as the algorithms read it during one extraction.
+class MeshView {
+public:
+  explicit MeshView(const KiVolumeMeshUnstructured& mesh);
+  explicit MeshView(const KiVolumeMeshHexahedronIjk& mesh);
+  explicit MeshView(const KiVolumeMeshVertexHexahedronIjk& mesh);
+  explicit MeshView(const KiVolumeMeshRegular& mesh);
+  explicit MeshView(const KiVolumeMeshRectilinear& mesh);
+  explicit MeshView(const KiVolumeMeshCurvilinear& mesh);
+
+  CellView cells;
+  PointView points;
+  std::size_t numCells = 0;
+  bool isStructured = false; ///< cells are addressed by (i, j, k)
+  Dims cellDims;
+  bool hasGridNodes = false; ///< nodes are addressed by (i, j, k)
+  Dims nodeDims;
+  std::size_t beginNode = 0; ///< node ids without slot bits lie in [beginNode, endNode)
+  std::size_t endNode = 0;
+  unsigned slotBits = 0;
+  std::size_t topologyStamp = 0;
+  std::size_t geometryStamp = 0;
+  /// Why the mesh cannot be read at all (such a view has no cells); empty when it can.
+  std::string fault;
+
+  bool hasClosedCells() const { return m_hasDeadCells || m_filterI || m_filterIjk; }
+  /// Whether a cell is alive and accepted.
+  bool isOpen(std::size_t cell) const;
+  void setFilter(const KiCellFilterI* filter) { m_filterI = filter; }
+  void setFilter(const KiCellFilterIjk* filter) { m_filterIjk = filter; }
+
+  /// The faces of a polyhedron by local node numbers, and its node ids; false when they cannot be read.
+  bool loadPolyhedron(std::size_t cell, std::vector<std::vector<std::size_t>>& faces,
+                      std::vector<std::size_t>& nodes) const;
+
+private:
+  void setStructured(const KiTopologyIjk& topology);
+  void readGrid(const KiTopologyIjk& topology);
+  void readDead(const KiTopology& topology);
+  void readCoordinates(const KiGeometry& geometry, PointView::Kind otherwise);
+
+  const KiVolumeTopologyExplicitI* m_topologyI = nullptr;
+  const KiTopologyIjk* m_topologyIjk = nullptr;
+  bool m_hasDeadCells = false;
+  const std::uint8_t* m_dead = nullptr;
+  const KiCellFilterI* m_filterI = nullptr;
+  const KiCellFilterIjk* m_filterIjk = nullptr;
+};
+
+} // namespace kx

@@ -1,0 +1,246 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "SurfaceCutter.h"
+
+#include <cmath>
+#include <limits>
+
+namespace kx {
+namespace {
+
+constexpr std::size_t MAPPING_STEP = 16384; // values that are mapped in one step
+
+/// Views a set as the mesh kind wants it for the set's binding. Nothing for another form, with an empty `fault`.
+template <class T>
+std::optional<SetView<T>> viewFor(const MeshView& mesh, const KiDataSetI<T>& set, std::string& fault) {
+  switch (set.getBinding()) {
+  case DataBinding::PER_NODE:
+    return mesh.hasGridNodes ? std::nullopt : viewSet(set, mesh.endNode, fault);
+  case DataBinding::PER_CELL:
+    return mesh.isStructured ? std::nullopt : viewSet(set, mesh.numCells, fault);
+  default:
+    return std::nullopt;
+  }
+}
+
+template <class T>
+std::optional<SetView<T>> viewFor(const MeshView& mesh, const KiDataSetIjk<T>& set, std::string& fault) {
+  switch (set.getBinding()) {
+  case DataBinding::PER_NODE:
+    return mesh.hasGridNodes ? viewSet(set, mesh.nodeDims, mesh.slotBits, fault) : std::nullopt;
+  case DataBinding::PER_CELL:
+    return mesh.isStructured ? viewSet(set, mesh.cellDims, 0, fault) : std::nullopt;
+  default:
+    return std::nullopt;
+  }
+}
+
+constexpr const char* WRONG_FORM = "has a binding or a form of addressing that does not suit the mesh";
+
+} // namespace
+
+void SurfaceCutter::dropIndices() {
+  m_edgesHaveIndex = false;
+  m_rowsHaveIndex = false;
+  m_hasNodeAverages = false;
+}
+
+void SurfaceCutter::dropUnusedSets() {
+  const std::size_t stamp = m_output.outputStamp();
+  const auto isUnused = [stamp](const auto& entry) { return entry.second->outputStamp != stamp; };
+  std::erase_if(m_scalarSets, isUnused);
+  std::erase_if(m_vectorSets, isUnused);
+}
+
+template <class Filter, class MakeField>
+void SurfaceCutter::extract(KiExtractorCallback* callback, double isovalue, const Inputs& inputs, const Filter* filter,
+                            const MakeField& makeField) {
+  const bool isSameField = m_isValid && inputs == m_inputs;
+  if (isSameField && isovalue == m_isovalue) {
+    const Run nothingToDo(callback, m_parallel, m_name, {}, 0);
+    return;
+  }
+  const bool isNewSet = !m_isValid || inputs.field != m_inputs.field || inputs.fieldStamp != m_inputs.fieldStamp;
+  if (!isSameField) dropIndices();
+  dropUnusedSets();
+  m_isValid = false;
+  Faults faults(m_name + "::extract");
+  MeshView mesh = m_view();
+  mesh.setFilter(filter);
+  try {
+    std::optional<ScalarField> field;
+    if (!mesh.fault.empty())
+      faults.post(mesh.fault);
+    else if (!std::isfinite(isovalue))
+      faults.post("the isovalue " + std::to_string(isovalue) + " is not finite");
+    else
+      field = makeField(mesh, faults);
+    polygonise(callback, {true, true, isNewSet}, mesh, field ? &*field : nullptr, isovalue, faults);
+  } catch (...) {
+    dropIndices();
+    m_output.data().clear();
+    m_output.commit(mesh.isStructured, mesh.cellDims);
+    throw;
+  }
+  m_output.commit(mesh.isStructured, mesh.cellDims);
+  m_inputs = inputs;
+  m_isovalue = isovalue;
+  m_isValid = true;
+  faults.post();
+}
+
+void SurfaceCutter::polygonise(KiExtractorCallback* callback, const Changes& changes, const MeshView& mesh,
+                               const ScalarField* field, double isovalue, Faults& faults) {
+  SurfaceData& data = m_output.data();
+  const bool hasCells = field && mesh.numCells > 0;
+  const bool tryRows = hasCells && RowPolygoniser::suits(mesh, *field);
+  const std::size_t numPhases = !hasCells ? 0
+                                : tryRows ? RowPolygoniser::NUM_PHASES
+                                          : EdgePolygoniser::numPhases(!m_edgesHaveIndex);
+  Run run(callback, m_parallel, m_name, changes, numPhases);
+  if (!hasCells) {
+    data.clear();
+    return;
+  }
+  if (tryRows) {
+    const bool isDone = m_rows.cut(run, mesh, *field, isovalue, !m_rowsHaveIndex, data);
+    m_rowsHaveIndex = true;
+    if (isDone) return;
+  }
+  m_edges.cut(run, mesh, *field, isovalue, !m_edgesHaveIndex, data, faults);
+  m_edgesHaveIndex = true;
+}
+
+void SurfaceCutter::averageToNodes(const MeshView& mesh, const SetView<double>& cellValues) {
+  m_nodeAverages.resize(mesh.endNode);
+  std::fill_n(m_nodeAverages.data(), mesh.endNode, 0.0);
+  std::vector<std::uint32_t> counts(mesh.endNode, 0);
+  // One thread: the order of the sums, and so their last bits, must not depend on anything.
+  std::visit(
+      [&](const auto& cells, const auto& values) {
+        CellNodes nodes;
+        std::vector<std::vector<std::size_t>> faces;
+        std::vector<std::size_t> all;
+        for (std::size_t cell = 0; cell < mesh.numCells; ++cell) {
+          if (mesh.hasClosedCells() && !mesh.isOpen(cell)) continue;
+          const CellCode code = cells.loadForValues(cell, nodes);
+          if (code < POLYHEDRON)
+            all.assign(nodes.begin(), nodes.begin() + NUM_CORNERS[code]);
+          else if (code == UNREADABLE || !mesh.loadPolyhedron(cell, faces, all))
+            continue;
+          const double value = values(cell);
+          for (const std::size_t id : all) {
+            const std::size_t node = id >> mesh.slotBits;
+            if (node < mesh.beginNode || node >= mesh.endNode) continue;
+            m_nodeAverages[node] += value;
+            ++counts[node];
+          }
+        }
+      },
+      mesh.cells, cellValues);
+  for (std::size_t node = 0; node < mesh.endNode; ++node)
+    m_nodeAverages[node] =
+        counts[node] > 0 ? m_nodeAverages[node] / counts[node] : std::numeric_limits<double>::quiet_NaN();
+}
+
+template <class Set, class Filter>
+const KeXSurfaceMeshUnstructured& SurfaceCutter::cutBySet(KiExtractorCallback* callback, double isovalue,
+                                                          const Set& set, const Filter* filter) {
+  const auto [topologyStamp, geometryStamp] = m_stamps();
+  const Inputs inputs{topologyStamp,
+                      geometryStamp,
+                      static_cast<const KiDataSet*>(&set),
+                      set.getTimeStamp(),
+                      static_cast<const KiCellFilter*>(filter),
+                      filter ? filter->getTimeStamp() : 0};
+  extract(callback, isovalue, inputs, filter, [&](const MeshView& mesh, Faults& faults) -> std::optional<ScalarField> {
+    std::string fault;
+    const std::optional<SetView<double>> view = viewFor(mesh, set, fault);
+    if (!view) {
+      faults.post(!fault.empty() ? fault : "the set \"" + set.getName() + "\" " + WRONG_FORM);
+      return std::nullopt;
+    }
+    if (set.getBinding() == DataBinding::PER_NODE) return toField(*view);
+    if (!m_hasNodeAverages) averageToNodes(mesh, *view);
+    m_hasNodeAverages = true;
+    return ScalarField(ArrayValues<double, double>{m_nodeAverages.data(), mesh.slotBits});
+  });
+  return m_output;
+}
+
+template <class T, template <class> class Set>
+const KeXDataSetI<T>* SurfaceCutter::mapSet(KiExtractorCallback* callback, const Set<T>& set) {
+  constexpr bool isScalar = std::is_same_v<T, double>;
+  const std::string origin = m_name + (isScalar ? "::extractScalarSet" : "::extractVec3Set");
+  const auto sets = [this]() -> MappedSets<T>& {
+    if constexpr (isScalar)
+      return m_scalarSets;
+    else
+      return m_vectorSets;
+  };
+  const void* key = static_cast<const KiDataSet*>(&set);
+  const std::size_t outputStamp = m_output.outputStamp();
+  if (const auto known = sets().find(key); known != sets().end() && known->second->outputStamp == outputStamp &&
+                                           known->second->inputStamp == set.getTimeStamp()) {
+    const Run nothingToDo(callback, m_parallel, origin, {}, 0);
+    return &known->second->values;
+  }
+  const Faults faults(origin);
+  if (m_isValid && m_stamps() != std::pair(m_inputs.topologyStamp, m_inputs.geometryStamp)) {
+    faults.post("the mesh has changed since the last extraction");
+    return nullptr;
+  }
+  const MeshView mesh = m_view();
+  std::string fault;
+  const std::optional<SetView<T>> view = viewFor(mesh, set, fault);
+  if (!view) {
+    if (!fault.empty()) faults.post(fault);
+    return nullptr;
+  }
+  std::unique_ptr<MappedSet<T>>& mapped = sets()[key];
+  if (!mapped) mapped = std::make_unique<MappedSet<T>>();
+  mapped->outputStamp = 0; // until it is done: an exception leaves nothing that looks valid
+  const SurfaceData& data = m_output.data();
+  Array<T>& values = mapped->values.values();
+  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
+  values.resize(isPerNode ? data.numVertices() : data.numCells());
+  Run run(callback, m_parallel, origin, {false, false, true}, 1);
+  run.phase("map", (values.size() + MAPPING_STEP - 1) / MAPPING_STEP, [&](std::size_t step) {
+    const std::size_t end = std::min((step + 1) * MAPPING_STEP, values.size());
+    std::visit(
+        [&](const auto& input) {
+          if (!isPerNode) {
+            for (std::size_t c = step * MAPPING_STEP; c < end; ++c)
+              values[c] = input(data.inputCells[c]);
+            return;
+          }
+          for (std::size_t v = step * MAPPING_STEP; v < end; ++v) {
+            const T a = input(data.edgeBegins[v]);
+            const auto weight = static_cast<double>(data.weights[v]);
+            // A vertex on its begin takes that value alone, even where the other end has none.
+            values[v] = weight == 0.0 ? a : a + (input(data.edgeEnds[v]) - a) * weight;
+          }
+        },
+        *view);
+  });
+  mapped->values.commit(set.getName(), set.getBinding());
+  mapped->inputStamp = set.getTimeStamp();
+  mapped->outputStamp = outputStamp;
+  return &mapped->values;
+}
+
+// The combinations that the contract has.
+using Surface = KeXSurfaceMeshUnstructured;
+template const Surface& SurfaceCutter::cutBySet(KiExtractorCallback*, double, const KiDataSetI<double>&,
+                                                const KiCellFilterI*);
+template const Surface& SurfaceCutter::cutBySet(KiExtractorCallback*, double, const KiDataSetI<double>&,
+                                                const KiCellFilterIjk*);
+template const Surface& SurfaceCutter::cutBySet(KiExtractorCallback*, double, const KiDataSetIjk<double>&,
+                                                const KiCellFilterIjk*);
+template const KeXDataSetI<double>* SurfaceCutter::mapSet(KiExtractorCallback*, const KiDataSetI<double>&);
+template const KeXDataSetI<double>* SurfaceCutter::mapSet(KiExtractorCallback*, const KiDataSetIjk<double>&);
+template const KeXDataSetI<KbVec3<double>>* SurfaceCutter::mapSet(KiExtractorCallback*,
+                                                                  const KiDataSetI<KbVec3<double>>&);
+template const KeXDataSetI<KbVec3<double>>* SurfaceCutter::mapSet(KiExtractorCallback*,
+                                                                  const KiDataSetIjk<KbVec3<double>>&);
+
+} // namespace kx

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "Array.h"
+#include "PointView.h"
+
+#include <KerrinExtractor/KeXSurfaceMeshUnstructured.h>
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace kx {
+
+/// The arrays of an extracted surface, written by the polygonisers.
+struct SurfaceData {
+  Array<std::int32_t> indices; ///< all polygons, -1 behind each
+  Array<float> vertices;
+  /// Vertex v lies on the input edge (edgeBegins[v], edgeEnds[v]) at weights[v] from its begin.
+  IndexArray edgeBegins;
+  IndexArray edgeEnds;
+  Array<float> weights;
+  IndexArray inputCells;
+
+  std::size_t numCells() const { return inputCells.size(); }
+  std::size_t numVertices() const { return weights.size(); }
+  void clear();
+};
+
+/// The surface mesh that extractors yield. Geometry and topology are views of one `SurfaceData`, whose arrays exist
+/// once.
+class SurfaceMesh final : public KeXSurfaceMeshUnstructured {
+public:
+  SurfaceMesh();
+  ~SurfaceMesh() override;
+  const KeXSurfaceTopologyExplicitI& getTopology() const override;
+  const KeXGeometryExplicit& getGeometry() const override;
+  KeXSurfaceMeshUnstructured* getNewClone() const override;
+
+  SurfaceData& data() { return m_data; }
+  const SurfaceData& data() const { return m_data; }
+  /// Takes new time stamps after the arrays have been rewritten. `cellDims` splits the input cells' flat indices of
+  /// structured input.
+  void commit(bool hasStructuredInput, const Dims& cellDims);
+  std::size_t outputStamp() const;
+
+private:
+  class Topology;
+  class Geometry;
+
+  SurfaceMesh(const SurfaceMesh& other);
+
+  SurfaceData m_data;
+  std::unique_ptr<Topology> m_topology;
+  std::unique_ptr<Geometry> m_geometry;
+};
+
+} // namespace kx

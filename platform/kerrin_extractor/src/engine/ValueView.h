@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "PointView.h"
+
+#include <KerrinExtractor/KiDataSetI.h>
+#include <KerrinExtractor/KiDataSetIjk.h>
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kx {
+
+/// Values in a plain array of `Scalar`, read as `T` (a number or a triple). `slotBits` are the low bits of an id that
+/// tell positions only.
+template <class Scalar, class T>
+struct ArrayValues {
+  const Scalar* data;
+  unsigned slotBits;
+
+  T operator()(std::size_t id) const {
+    if constexpr (std::is_same_v<T, double>) {
+      return static_cast<double>(data[id >> slotBits]);
+    } else {
+      const Scalar* p = data + 3 * (id >> slotBits);
+      return {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])};
+    }
+  }
+};
+
+template <class T>
+struct SetIValues {
+  const KiDataSetI<T>* set;
+  T operator()(std::size_t id) const { return set->get(id); }
+};
+
+template <class T>
+struct SetIjkValues {
+  const KiDataSetIjk<T>* set;
+  Dims dims;
+  unsigned slotBits;
+
+  T operator()(std::size_t id) const {
+    const auto [i, j, k] = dims.split(id >> slotBits);
+    return set->get(i, j, k);
+  }
+};
+
+/// A function of space whose zero surface is a section: positive inside.
+class ImplicitFunction {
+public:
+  virtual ~ImplicitFunction() = default;
+  virtual double operator()(const KbVec3<double>& point) const = 0;
+};
+
+struct FunctionValues {
+  const ImplicitFunction* function;
+  const PointView* points;
+  double operator()(std::size_t id) const { return (*function)((*points)[id]); }
+};
+
+/// A data set as it is read during one extraction, by flat index.
+template <class T>
+using SetView = std::variant<ArrayValues<float, T>, ArrayValues<double, T>, SetIValues<T>, SetIjkValues<T>>;
+
+/// What a surface is cut from: one number at each node.
+using ScalarField = std::variant<ArrayValues<float, double>, ArrayValues<double, double>, SetIValues<double>,
+                                 SetIjkValues<double>, FunctionValues>;
+
+/// Views `count` values of a set; nothing, and the reason in `fault`, when the set has fewer.
+template <class T>
+std::optional<SetView<T>> viewSet(const KiDataSetI<T>& set, std::size_t count, std::string& fault);
+/// Views the values of a set in the form Ijk over `dims` cells or nodes.
+template <class T>
+std::optional<SetView<T>> viewSet(const KiDataSetIjk<T>& set, const Dims& dims, unsigned slotBits, std::string& fault);
+
+inline ScalarField toField(const SetView<double>& view) {
+  return std::visit([](const auto& values) { return ScalarField(values); }, view);
+}
+
+} // namespace kx
