@@ -37,7 +37,8 @@ void NxMaterial::doAction(NxAction* action) {
   NxMaterialValue value = NxMaterialElement::get(state);
   takeFirst(diffuseColor, value.diffuseColor);
   takeFirst(transparency, value.transparency);
-  if (!diffuseOnly.getValue()) {
+  value.diffuseOnly = diffuseOnly.getValue();
+  if (!value.diffuseOnly) {
     takeFirst(ambientColor, value.ambientColor);
     takeFirst(specularColor, value.specularColor);
     takeFirst(emissiveColor, value.emissiveColor);

@@ -84,7 +84,8 @@ void NxShape::GLRender(NxGLRenderAction* action) {
   if (style.style == NxDrawStyle::INVISIBLE) return;
 
   nx::render::DrawRecord record;
-  setMaterial(NxMaterialElement::get(state), record);
+  const NxMaterialValue& material = NxMaterialElement::get(state);
+  setMaterial(material, record);
   record.lit = NxLightModelElement::get(state).model == NxLightModel::PHONG;
   record.pointSize = style.pointSize > 0.f ? style.pointSize : 1.f;
   record.lineWidth = style.lineWidth > 0.f ? style.lineWidth : 1.f;
@@ -99,6 +100,11 @@ void NxShape::GLRender(NxGLRenderAction* action) {
   setTexture(texture, record);
 
   if (!fillGeometry(state, record)) return;
+  if (material.diffuseOnly) {
+    record.color = record.faceColor = {};
+    record.opacity = nx::render::Opacity::Opaque;
+    setMaterial(material, record);
+  }
   setOffset(NxPolygonOffsetElement::get(state), record);
   if (record.texCoord.empty())
     record.texture.pixels = nullptr;

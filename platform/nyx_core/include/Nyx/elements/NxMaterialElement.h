@@ -12,10 +12,12 @@ struct NxMaterialValue {
   NbColor emissiveColor{0.f, 0.f, 0.f};
   float shininess = 0.2f;
   float transparency = 0.f;
+  bool diffuseOnly = false; ///< Whether diffuse colour and transparency win over the colours of vertices and faces.
 
   friend bool operator==(const NxMaterialValue& a, const NxMaterialValue& b) {
     return a.ambientColor == b.ambientColor && a.diffuseColor == b.diffuseColor && a.specularColor == b.specularColor &&
-           a.emissiveColor == b.emissiveColor && a.shininess == b.shininess && a.transparency == b.transparency;
+           a.emissiveColor == b.emissiveColor && a.shininess == b.shininess && a.transparency == b.transparency &&
+           a.diffuseOnly == b.diffuseOnly;
   }
 };
 

@@ -20,7 +20,7 @@ public:
   NxMFColor emissiveColor; ///< (0, 0, 0)
   NxMFFloat shininess;     ///< 0 to 1, 0.2
   NxMFFloat transparency;  ///< 0 opaque to 1 invisible, 0
-  NxSFBool diffuseOnly;    ///< TRUE: only diffuseColor and transparency act, FALSE
+  NxSFBool diffuseOnly;    ///< TRUE: only diffuseColor and transparency act, also where vertices have colours; FALSE
 
   void doAction(NxAction* action) override;
 
