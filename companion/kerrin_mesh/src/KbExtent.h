@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
 
 namespace kx {
 
-/// Least and greatest of every third value (`Stride` 3: a box) or of all values (1); NaN doesn't count.
+/// Least and greatest of every third value (`Stride` 3: a box) or of all values (1); NaN doesn't count. Without values,
+/// the least is greater than the greatest.
 ///
 /// Twelve independent lanes let the compiler use the vector unit for the comparisons, which it may not reorder itself.
 template <std::size_t Stride, class T>
@@ -32,8 +34,8 @@ void extentOf(const T* values, std::size_t size, std::array<T, Stride>& min, std
   for (; i < size; ++i)
     take(i % lanes, values[i]);
   for (std::size_t l = lanes - 1; l >= Stride; --l) {
-    take(l - Stride, low[l]);
-    take(l - Stride, high[l]);
+    low[l - Stride] = std::min(low[l - Stride], low[l]);
+    high[l - Stride] = std::max(high[l - Stride], high[l]);
   }
   for (std::size_t l = 0; l < Stride; ++l) {
     min[l] = low[l];

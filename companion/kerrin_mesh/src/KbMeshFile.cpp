@@ -86,7 +86,11 @@ KbMeshFile KbReadMesh(const std::string& path) {
   auto content = std::make_unique<KbMeshFile::Content>();
   try {
     read(path, *content);
-    if (content->error.empty() && (!content->mesh || content->numCells == 0)) content->error = "has no cells";
+    if (content->error.empty() && (!content->mesh || content->numCells == 0)) {
+      content->error = "has no cells that make a mesh";
+      for (const std::string& note : content->notes)
+        content->error += "; " + note;
+    }
   } catch (const std::exception& exception) { // not enough memory, above all
     content->error = std::string("cannot be read: ") + exception.what();
   }

@@ -5,6 +5,7 @@
 #include <vtkAVSucdReader.h>
 #include <vtkDataSet.h>
 #include <vtkDataSetReader.h>
+#include <vtkLogger.h>
 #include <vtkOBJReader.h>
 #include <vtkObjectFactory.h>
 #include <vtkOutputWindow.h>
@@ -19,21 +20,22 @@
 
 namespace {
 
-/// What VTK says, without place and object, in one line.
-std::string plainText(const char* said) {
+/// What VTK says, without the place in its source and the object, and only the first line of it.
+std::string plainText(const std::string& said) {
   std::string text = said;
-  if (const std::size_t header = text.find("): "); header != std::string::npos) text.erase(0, header + 3);
-  while (!text.empty() && (text.back() == '\n' || text.back() == ' ' || text.back() == '.'))
+  if (text.find("In ") < text.find('\n')) text.erase(0, text.find('\n') + 1);
+  text.resize(std::min(text.find('\n'), text.size()));
+  if (const std::size_t object = text.find("): "); object != std::string::npos) text.erase(0, object + 3);
+  while (!text.empty() && (text.back() == ' ' || text.back() == '.'))
     text.pop_back();
-  std::replace(text.begin(), text.end(), '\n', ' ');
+  if (text.find("returned failure for request") != std::string::npos) text = "it is damaged or of another kind";
   return text;
 }
 
 /// Takes the place of VTK's output window while a file is read.
 class Listener : public vtkOutputWindow {
 public:
-  static Listener* New();
-  vtkTypeMacro(Listener, vtkOutputWindow);
+  static Listener* New() { VTK_STANDARD_NEW_BODY(Listener); }
   void DisplayText(const char*) override {}
   void DisplayErrorText(const char* text) override { errors.push_back(plainText(text)); }
   void DisplayWarningText(const char* text) override { warnings.push_back(plainText(text)); }
@@ -43,17 +45,22 @@ public:
   std::vector<std::string> errors;
   std::vector<std::string> warnings;
 };
-vtkStandardNewMacro(Listener)
 
-    /// Puts the listener into its place and the old window back; one reading at a time, for VTK has one window.
-    class Listening {
+/// Puts the listener into its place and the old window back; one reading at a time, for VTK has one window. VTK writes
+/// to its log besides, which keeps silent on standard error meanwhile.
+class Listening {
 public:
   Listening()
       : m_lock(s_mutex)
-      , m_before(vtkOutputWindow::GetInstance()) {
+      , m_before(vtkOutputWindow::GetInstance())
+      , m_verbosity(vtkLogger::GetCurrentVerbosityCutoff()) {
     vtkOutputWindow::SetInstance(m_listener);
+    vtkLogger::SetStderrVerbosity(vtkLogger::VERBOSITY_OFF);
   }
-  ~Listening() { vtkOutputWindow::SetInstance(m_before); }
+  ~Listening() {
+    vtkLogger::SetStderrVerbosity(m_verbosity);
+    vtkOutputWindow::SetInstance(m_before);
+  }
   Listening(const Listening&) = delete;
   Listening& operator=(const Listening&) = delete;
 
@@ -63,6 +70,7 @@ private:
   static inline std::mutex s_mutex;
   std::lock_guard<std::mutex> m_lock;
   vtkSmartPointer<vtkOutputWindow> m_before;
+  vtkLogger::Verbosity m_verbosity;
   vtkSmartPointer<Listener> m_listener = vtkSmartPointer<Listener>::New();
 };
 
@@ -101,7 +109,10 @@ void kx::readByVtk(const std::string& path, const std::string& extension, KbMesh
     content.error = "cannot be read: " + listening.heard().errors.front();
     return;
   }
-  content.notes = listening.heard().warnings;
+  for (const std::string& warning : listening.heard().warnings) {
+    if (std::find(content.notes.begin(), content.notes.end(), warning) == content.notes.end())
+      content.notes.push_back(warning);
+  }
   const auto data = vtkDataSet::SafeDownCast(object);
   if (!data) {
     content.error = object ? std::string("holds a ") + object->GetClassName() + ", which is no mesh"

@@ -75,10 +75,11 @@ private:
   KbStampedCache<Range> m_range;
 };
 
-extern template class KbDataSetBase<double, 1>;
-extern template class KbDataSetBase<double, 2>;
-extern template class KbDataSetBase<double, 3>;
-extern template class KbDataSetBase<KbVec3<double>, 1>;
-extern template class KbDataSetBase<KbVec3<double>, 2>;
-extern template class KbDataSetBase<KbVec3<double>, 3>;
-extern template class KbDataSetBase<std::string, 1>;
+// Marked again, for a template argument that is not exported itself would hide the instance.
+extern template class KERRIN_MESH_API KbDataSetBase<double, 1>;
+extern template class KERRIN_MESH_API KbDataSetBase<double, 2>;
+extern template class KERRIN_MESH_API KbDataSetBase<double, 3>;
+extern template class KERRIN_MESH_API KbDataSetBase<KbVec3<double>, 1>;
+extern template class KERRIN_MESH_API KbDataSetBase<KbVec3<double>, 2>;
+extern template class KERRIN_MESH_API KbDataSetBase<KbVec3<double>, 3>;
+extern template class KERRIN_MESH_API KbDataSetBase<std::string, 1>;
