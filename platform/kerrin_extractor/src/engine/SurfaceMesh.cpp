@@ -74,7 +74,7 @@ private:
   std::size_t inputCell(std::size_t cell, std::size_t axis) const {
     if (cell >= m_data.numCells()) return UNDEFINED_INDEX;
     const std::size_t flat = m_data.inputCells[cell];
-    if (m_isStructured) return m_cellDims.split(flat)[axis];
+    if (m_isStructured) return axis == 2 && m_cellDims.k == 0 ? UNDEFINED_INDEX : m_cellDims.split(flat)[axis];
     return axis == 0 ? flat : UNDEFINED_INDEX;
   }
 

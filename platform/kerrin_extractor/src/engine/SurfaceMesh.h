@@ -41,7 +41,7 @@ public:
   SurfaceData& data() { return m_data; }
   const SurfaceData& data() const { return m_data; }
   /// Takes new time stamps after the arrays have been rewritten. `cellDims` splits the input cells' flat indices of
-  /// structured input.
+  /// structured input; its `k` is 0 for input in the form Ij.
   void commit(bool hasStructuredInput, const Dims& cellDims);
   std::size_t outputStamp() const;
 

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "Array.h"
+#include "PointView.h"
+
+#include <KerrinExtractor/KeXGeometryExplicit.h>
+#include <KerrinExtractor/KeXTopologyI.h>
+
+#include <atomic>
+#include <mutex>
+
+namespace kx {
+
+/// How the input mesh of an output addresses its cells. Where it uses two or three indices, `dims` splits the flat
+/// index; `dims.k` is 0 for two.
+struct InputAddress {
+  bool isStructured = false;
+  Dims dims;
+
+  std::size_t index(std::size_t flat, std::size_t axis) const {
+    if (!isStructured) return axis == 0 ? flat : KeXTopologyI::UNDEFINED_INDEX;
+    return axis == 2 && dims.k == 0 ? KeXTopologyI::UNDEFINED_INDEX : dims.split(flat)[axis];
+  }
+};
+
+/// The geometry of extracted lines and points over an array of float triples, which its owner rewrites.
+class ExtractedGeometry final : public KeXGeometryExplicit {
+public:
+  explicit ExtractedGeometry(const Array<float>& vertices);
+  /// A view of a copied array with the time stamp of the original.
+  ExtractedGeometry(const Array<float>& vertices, const ExtractedGeometry& original);
+
+  /// Takes a new time stamp after the array has been rewritten.
+  void commit();
+
+  std::size_t getTimeStamp() const override { return m_timeStamp; }
+  std::size_t getNumNodes() const override { return m_vertices.size() / 3; }
+  const KiBuffer* getVertexBuffer() const override { return &m_vertices; }
+  KbVec3<double> getCoord(std::size_t node) const override;
+  KbVec3<double> getMin() const override;
+  KbVec3<double> getMax() const override;
+
+private:
+  void findBox() const;
+
+  const Array<float>& m_vertices;
+  std::size_t m_timeStamp;
+  mutable std::mutex m_mutex;
+  mutable std::atomic<bool> m_hasBox{false};
+  mutable KbVec3<double> m_low;
+  mutable KbVec3<double> m_high;
+};
+
+} // namespace kx
