@@ -51,8 +51,11 @@ endfunction()
 # Compiles every public header of a module alone, as C++17 and with all warnings: a header that needs another one to
 # be included before it, or a newer language, fails the build.
 function(kerrin_add_header_test module)
-  cmake_parse_arguments(arg "" "INCLUDE" "LINK" ${ARGN})
+  cmake_parse_arguments(arg "" "INCLUDE;EXCLUDE" "LINK" ${ARGN})
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${arg_INCLUDE}" "${arg_INCLUDE}/*.h")
+  if(arg_EXCLUDE)
+    list(FILTER headers EXCLUDE REGEX "${arg_EXCLUDE}")
+  endif()
   set(sources "")
   foreach(header IN LISTS headers)
     string(MAKE_C_IDENTIFIER "${header}" stem)
