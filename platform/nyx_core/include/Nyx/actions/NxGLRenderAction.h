@@ -16,8 +16,9 @@ struct DrawRecord;
 /// on the graphics side from picture to picture, and only those that have changed are sent again.
 ///
 /// The action draws with the OpenGL context that is current at apply(), always the same one, 4.1 core at least, into
-/// the framebuffer that is bound; it must be destroyed while that context is current. NxOffscreenRenderer draws without
-/// a window. A graph with shapes but no camera before them gives an empty picture and a message.
+/// the framebuffer that is bound, which must not be multisampled itself (setNumSamples is). It leaves depth test,
+/// blending and the like as it needed them, and must be destroyed while that context is current. NxOffscreenRenderer
+/// draws without a window. A graph with shapes but no camera before them gives an empty picture and a message.
 class NYX_CORE_API NxGLRenderAction : public NxAction {
   NX_ACTION_HEADER(NxGLRenderAction);
 
