@@ -27,6 +27,9 @@ const std::set<std::string_view> otherKeywords{"MAPUNITS", "GRIDUNIT", "GDORIENT
 
 bool isSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
 
+/// A word of the file for a message.
+std::string quoted(std::string_view word) { return std::string("'").append(word.substr(0, 40)).append("'"); }
+
 /// Walks the words of one file; comments (-- to the end of the line) are space.
 class Scanner {
 public:
@@ -147,7 +150,7 @@ private:
   void readKeyword(Scanner& scanner, std::string_view keyword, std::size_t depth) {
     const char first = keyword.front();
     if (!(first >= 'A' && first <= 'Z') && !(first >= 'a' && first <= 'z'))
-      scanner.fail("'" + std::string(keyword.substr(0, 40)) + "' where a keyword is expected");
+      scanner.fail(quoted(keyword) + " where a keyword is expected");
     if (bareKeywords.count(keyword)) return;
     if (keyword == "INCLUDE") return include(scanner, depth);
     if (keyword == "SPECGRID" || keyword == "DIMENS") return readCounts(scanner, keyword);
@@ -165,8 +168,7 @@ private:
     if (name.empty() || name == "/") scanner.fail("INCLUDE without a file name");
     if (depth == 16) scanner.fail("INCLUDE files are nested more than 16 deep");
     const std::filesystem::path path = scanner.path().parent_path() / std::string(name);
-    if (!std::filesystem::is_regular_file(path))
-      scanner.fail("INCLUDE file '" + std::string(name) + "' does not exist");
+    if (!std::filesystem::is_regular_file(path)) scanner.fail("INCLUDE file " + quoted(name) + " does not exist");
     scanner.skipRecord();
     readFile(path, depth + 1);
   }
@@ -177,7 +179,7 @@ private:
       const std::string_view word = scanner.next();
       // Node indices and array sizes must stay far from the end of size_t.
       if (!parseNumber(word, count) || count == 0 || count > 1'000'000)
-        scanner.fail(std::string(keyword) + ": '" + std::string(word) + "' is no number of cells");
+        scanner.fail(std::string(keyword) + ": " + quoted(word) + " is no number of cells");
     }
     scanner.skipRecord();
     if (m_counts[0] != 0 && m_counts != counts) scanner.fail(std::string(keyword) + " differs from that before");
@@ -207,7 +209,10 @@ private:
       T value{};
       if (!parseNumber(number, value)) return false;
       if (repeat > limit - values.size()) return false;
-      values.insert(values.end(), repeat, value);
+      if (repeat == 1)
+        values.push_back(value);
+      else
+        values.insert(values.end(), repeat, value);
     }
     scanner.skipLine();
     return true;
@@ -225,7 +230,7 @@ private:
     if (word.empty()) scanner.fail(std::string(keyword) + " is not closed by a slash");
     if (double number = 0.0; parseNumber(word.substr(word.find('*') + 1), number))
       scanner.fail(std::string(keyword) + " has more than " + std::to_string(size) + " values");
-    scanner.fail(std::string(keyword) + ": '" + std::string(word.substr(0, 40)) + "' is no number");
+    scanner.fail(std::string(keyword) + ": " + quoted(word) + " is no number");
   }
 
   void readActive(Scanner& scanner) {

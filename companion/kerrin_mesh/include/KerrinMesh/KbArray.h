@@ -14,16 +14,16 @@
 /// coordinates and 32- or 64-bit indices.
 ///
 /// It points at the caller's memory, which must stay alive and in place as long as the mesh or set that got the array.
-/// `KbVec3` triples count as three numbers each.
+/// `KbVec3` triples count as three numbers each. An array without elements is of no type.
 class KbArray {
 public:
   KbArray() = default;
   template <class T>
   KbArray(const T* data, std::size_t size)
-      : m_raw{data, size, typeOf<T>()} {}
+      : m_raw{data, size, size != 0 ? typeOf<T>() : KiRawArray::NONE} {}
   template <class T>
   KbArray(const KbVec3<T>* data, std::size_t size)
-      : m_raw{data, 3 * size, typeOf<T>()} {}
+      : m_raw{data, 3 * size, size != 0 ? typeOf<T>() : KiRawArray::NONE} {}
   template <class T>
   KbArray(const KbSpan<T>& values)
       : KbArray(values.data(), values.size()) {}
