@@ -124,7 +124,7 @@ TEST_F(KdCachesTest, AttributeCacheWatchesTheDrawStyle) {
 }
 
 TEST_F(KdCachesTest, ExtractionThreadCacheWatchesTheCellFilter) {
-  const KbCellListFilterI filter({{0}}), other({{1}});
+  const KbCellListFilterI filter(std::vector<KbIndex<1>>{{0}}), other(std::vector<KbIndex<1>>{{1}});
   const NbRefPtr<KoCellFilter> filterNode(new KoCellFilter);
   filterNode->setCellFilter(&filter);
   NbRefPtr<KdExtractionThreadCache> cache;

@@ -216,8 +216,12 @@ TEST_F(KoColorMappingTest, ThresholdsBecomeBands) {
     mapping.setMaxThreshold(row.max);
     EXPECT_EQ(levelsOf(mapping), row.levels) << row.name;
     EXPECT_EQ(colorsOf(mapping), row.colors) << row.name;
-    if (row.min.enabled) EXPECT_EQ(mapping.getColor(row.min.value - 0.01), WHITE) << row.name;
-    if (row.max.enabled) EXPECT_EQ(mapping.getColor(row.max.value + 0.01), GREY) << row.name;
+    if (row.min.enabled) {
+      EXPECT_EQ(mapping.getColor(row.min.value - 0.01), WHITE) << row.name;
+    }
+    if (row.max.enabled) {
+      EXPECT_EQ(mapping.getColor(row.max.value + 0.01), GREY) << row.name;
+    }
     NbColorRGBA color;
     double value;
     EXPECT_EQ(mapping.getMinThreshold(value, color), row.min.enabled);

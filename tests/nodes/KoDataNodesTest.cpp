@@ -61,7 +61,10 @@ private:
   KbVolumeMeshRegular m_mesh{{1, 1, 1}, {0, 0, 0}, {1, 1, 1}};
 };
 /// A mesh with two interfaces.
-class TwofoldMesh : public LineSide, public VolumeSide {};
+class TwofoldMesh : public LineSide, public VolumeSide {
+protected:
+  void toStream(std::ostream& stream) const override { VolumeSide::toStream(stream); }
+};
 
 class FormlessFilter : public KiCellFilter {
 public:
@@ -199,9 +202,9 @@ TEST_F(KoDataNodesTest, ConnectionHidesTheStoredMeshUntilItEnds) {
 
 TEST_F(KoDataNodesTest, CellFilterFindsItsForm) {
   using E = KoCellFilterElement;
-  const KbCellListFilterI i({{0}});
-  const KbCellListFilterIj ij({{0, 0}});
-  const KbCellListFilterIjk ijk({{0, 0, 0}});
+  const KbCellListFilterI i(std::vector<KbIndex<1>>{{0}});
+  const KbCellListFilterIj ij(std::vector<KbIndex<2>>{{0, 0}});
+  const KbCellListFilterIjk ijk(std::vector<KbIndex<3>>{{0, 0, 0}});
   const NbRefPtr<KoCellFilter> node(new KoCellFilter);
   const auto typeBelow = [&](const KiCellFilter* expected) {
     E::CellFilterType type = E::CELL_FILTER_NONE;

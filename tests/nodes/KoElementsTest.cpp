@@ -60,7 +60,7 @@ protected:
   /// Whether what a cache keeps after `first` matches the state after `second`.
   template <class Element, class First, class Second>
   bool matches(First first, Second second) {
-    std::unique_ptr<NxElement> kept;
+    std::unique_ptr<NxTypedObject> kept;
     bool result = false;
     lookBelow({}, [&](NxState* state) {
       first(state);
@@ -68,7 +68,7 @@ protected:
     });
     lookBelow({}, [&](NxState* state) {
       second(state);
-      result = kept->matches(state->getConstElement(Element::getClassTypeId(), Element::getClassStackIndex()));
+      result = static_cast<NxElement*>(kept.get())->matches(state->getConstElement(Element::getClassTypeId(), Element::getClassStackIndex()));
     });
     return result;
   }
