@@ -16,6 +16,7 @@ public:
   const NbViewportRegion& getViewportRegion() const { return m_viewport; }
 
 protected:
+  void beginTraversal(NxNode* root) override;
   void callNode(NxNode* node) override;
 
 private:

@@ -14,6 +14,8 @@ class NxState;
 /// them. The state keeps a stack of instances for each element class.
 class NYX_CORE_API NxElement : public NxTypedObject {
 public:
+  ~NxElement() override;
+
   static void initClass();
   static void exitClass();
   static NxType getClassTypeId() { return s_class.classTypeId; }
@@ -52,8 +54,6 @@ public:
 
 protected:
   NxElement() = default;
-  ~NxElement() override;
-
   /// The element for writing: a new top of the stack when the present one was set further out. Null when the action
   /// does not carry the element.
   static NxElement* getElement(NxState* state, NxType type, int stackIndex);

@@ -12,6 +12,7 @@
 class NxFieldContainer;
 class NxNotList;
 class NxOutput;
+class NxTextScanner;
 
 /// A value of a node that tells of its changes, can follow another field, and can be written as text.
 ///
@@ -91,10 +92,14 @@ protected:
   bool isNewValueAccepted(const void* newValue);
   void copyFlags(const NxField& field);
 
-  virtual bool readText(const std::string& text) = 0;
+  /// Reads the value from where the scanner stands and sets it; false, without a change, when there is none.
+  virtual bool readText(NxTextScanner& scanner) = 0;
   virtual void writeText(std::string& text) const = 0;
 
 private:
+  friend class NxFieldContainer;
+  void takeValueOf(const NxField& master);
+
   NxFieldContainer* m_container = nullptr;
   NxField* m_master = nullptr;
   std::vector<NxField*> m_followers;

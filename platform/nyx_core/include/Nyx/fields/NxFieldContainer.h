@@ -32,8 +32,9 @@ public:
   /// first name or value that does not fit.
   bool set(const std::string& text);
 
-  /// Whether changes of this object are passed on to parents and sensors; returns the former setting. The object's
-  /// own change counters go on either way. Several calls do not add up.
+  /// Whether changes of this object are passed on to its parents and to the sensors attached to it; returns the
+  /// former setting. The object's own change counters go on either way, and sensors attached to a field are
+  /// triggered all the same. Several calls do not add up.
   bool enableNotify(bool enable);
   bool isNotifyEnabled() const { return m_notifyEnabled; }
 
@@ -60,6 +61,9 @@ public:
   void addWriteReference(NxOutput* output, bool isFromField = false) override;
 
 protected:
+  /// Writes the fields that do not have their default values.
+  void writeFields(NxOutput& output) const;
+
   NxFieldContainer() = default;
   NxFieldContainer(const NxFieldContainer& other)
       : NxBase(other) {}

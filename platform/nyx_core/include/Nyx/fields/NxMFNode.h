@@ -35,7 +35,7 @@ public:
   void writeValue(NxOutput& output) const override;
 
 protected:
-  bool readText(const std::string& text) override;
+  bool readText(NxTextScanner& scanner) override;
   void writeText(std::string& text) const override;
 
 private:

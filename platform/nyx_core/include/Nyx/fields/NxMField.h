@@ -61,7 +61,7 @@ public:
 
 protected:
   NxMFieldOf() = default;
-  bool readText(const std::string& text) override;
+  bool readText(NxTextScanner& scanner) override;
   void writeText(std::string& text) const override;
 
 private:

@@ -41,8 +41,11 @@ public:
   /// The name of an enumerator; empty for a number that is none.
   NbName getEnumName(int value) const;
 
+  /// Takes the enumerators over as well when this field has none.
+  void copyFrom(const NxField& field) override;
+
 protected:
-  bool readText(const std::string& text) override;
+  bool readText(NxTextScanner& scanner) override;
   void writeText(std::string& text) const override;
 
 private:

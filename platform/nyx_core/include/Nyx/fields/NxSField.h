@@ -36,7 +36,7 @@ public:
 
 protected:
   NxSFieldOf() = default;
-  bool readText(const std::string& text) override;
+  bool readText(NxTextScanner& scanner) override;
   void writeText(std::string& text) const override;
 
   T m_value{};

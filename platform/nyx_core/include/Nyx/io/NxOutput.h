@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -41,11 +42,12 @@ public:
   /// A change to the counting stage forgets all references counted before.
   void setStage(Stage stage);
 
+  /// Writes the first line of a scene file.
+  void writeFileHeader();
+  /// Writes text, after the present indentation at the start of a line.
   void write(const std::string& text);
-  /// Starts a line with the present indentation.
-  void indent();
-  void incrementIndent() { ++m_level; }
-  void decrementIndent() { --m_level; }
+  /// Ends the line, unless nothing has been written to it.
+  void endLine();
 
   /// Notes that an object's uses are being counted, so that its counter can be put back to 0. For NxBase.
   void addReference(NxBase* base);
@@ -57,13 +59,16 @@ public:
 
 private:
   void forgetReferences();
+  void put(const std::string& text);
 
   FILE* m_file = nullptr;
   bool m_toBuffer = false;
   std::string m_buffer;
   Stage m_stage = COUNT_REFS;
   int m_level = 0;
+  bool m_isAtLineStart = true;
   int m_nameCounter = 0;
   std::vector<NxBase*> m_counted;
   std::map<const NxBase*, std::string> m_written;
+  std::set<std::string> m_names;
 };

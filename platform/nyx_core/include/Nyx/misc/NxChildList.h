@@ -3,6 +3,7 @@
 
 #include <Nyx/misc/NyxCoreExport.h>
 
+#include <cstddef>
 #include <vector>
 
 class NxAction;

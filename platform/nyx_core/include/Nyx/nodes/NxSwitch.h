@@ -20,11 +20,8 @@ public:
 
   bool affectsState() const override;
   void doAction(NxAction* action) override;
-  void getMatrix(NxGetMatrixAction* action) override;
   /// Looks at the traversed children only, unless the action searches all.
   void search(NxSearchAction* action) override;
-  /// All children are written.
-  void write(NxWriteAction* action) override;
 
 protected:
   ~NxSwitch() override;

@@ -3,6 +3,7 @@
 
 #include <Nyx/lodestar/NyxLodestarExport.h>
 
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -21,4 +22,7 @@ private:
   friend class NxLodestar;
   NcInitModuleCmd() = default;
   void clear();
+
+  mutable std::mutex m_mutex;
+  std::vector<std::string> m_modules;
 };
