@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "FaceCutter.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace kx {
+namespace {
+
+/// The sum of the cross products around a polygon: its normal, twice its area long (M. E. Newell).
+KbVec3<double> areaVector(std::span<const KbVec3<double>> corners) {
+  KbVec3<double> sum;
+  for (std::size_t i = 1; i + 1 < corners.size(); ++i)
+    sum += (corners[i] - corners[0]).cross(corners[i + 1] - corners[0]);
+  return sum;
+}
+
+std::uint64_t hashOf(const NodeEdge& edge) {
+  // Multiplicative hashing by 2^64 divided by the golden ratio (Knuth, The art of computer programming 3, 6.4).
+  std::uint64_t h = static_cast<std::uint64_t>(edge.a) * 0x9e3779b97f4a7c15u;
+  h = (h ^ h >> 32 ^ static_cast<std::uint64_t>(edge.b)) * 0x9e3779b97f4a7c15u;
+  return h ^ h >> 29;
+}
+
+} // namespace
+
+bool FaceCutter::isFinite(std::span<const KbVec3<double>> corners) {
+  double sum = 0.0;
+  for (const KbVec3<double>& p : corners)
+    sum += (p[0] - p[0]) + (p[1] - p[1]) + (p[2] - p[2]);
+  return sum == 0.0;
+}
+
+bool isConvexPolygon(std::span<const KbVec3<double>> corners) {
+  const std::size_t n = corners.size();
+  if (n == 3) return true;
+  const KbVec3<double> normal = areaVector(corners);
+  const double tolerance = -1e-12 * normal.squaredLength();
+  for (std::size_t i = 0; i < n; ++i) {
+    const KbVec3<double>& p = corners[(i + 1) % n];
+    if ((p - corners[i]).cross(corners[(i + 2) % n] - p).dot(normal) < tolerance) return false;
+  }
+  return true;
+}
+
+void triangulatePolygon(std::span<const KbVec3<double>> corners, std::vector<std::array<std::size_t, 3>>& triangles) {
+  triangles.clear();
+  const KbVec3<double> normal = areaVector(corners);
+  std::size_t drop = 0; // the axis along which the polygon is looked at
+  for (std::size_t axis = 1; axis < 3; ++axis)
+    if (std::abs(normal[axis]) > std::abs(normal[drop])) drop = axis;
+  const std::size_t x = normal[drop] < 0.0 ? (drop + 2) % 3 : (drop + 1) % 3;
+  const std::size_t y = 3 - drop - x;
+  const auto turn = [&](std::size_t a, std::size_t b, std::size_t c) {
+    const KbVec3<double>& o = corners[a];
+    const KbVec3<double>& p = corners[b];
+    const KbVec3<double>& q = corners[c];
+    return (p[x] - o[x]) * (q[y] - o[y]) - (p[y] - o[y]) * (q[x] - o[x]);
+  };
+  std::vector<std::size_t> left(corners.size());
+  for (std::size_t i = 0; i < left.size(); ++i)
+    left[i] = i;
+  const auto isEar = [&](std::size_t i) {
+    const std::size_t n = left.size();
+    const std::size_t a = left[(i + n - 1) % n];
+    const std::size_t b = left[i];
+    const std::size_t c = left[(i + 1) % n];
+    if (turn(a, b, c) <= 0.0) return false;
+    return std::none_of(left.begin(), left.end(), [&](std::size_t other) {
+      if (corners[other] == corners[a] || corners[other] == corners[b] || corners[other] == corners[c]) return false;
+      return turn(a, b, other) >= 0.0 && turn(b, c, other) >= 0.0 && turn(c, a, other) >= 0.0;
+    });
+  };
+  while (left.size() >= 3) {
+    std::size_t ear = 0;
+    while (ear < left.size() && !isEar(ear))
+      ++ear;
+    if (ear == left.size()) { // nothing but flat corners is left, or the polygon crosses itself
+      ear = 0;
+      for (std::size_t i = 1; i < left.size(); ++i) {
+        const std::size_t n = left.size();
+        const auto flatness = [&](std::size_t k) {
+          return std::abs(turn(left[(k + n - 1) % n], left[k], left[(k + 1) % n]));
+        };
+        if (flatness(i) < flatness(ear)) ear = i;
+      }
+    }
+    const std::size_t n = left.size();
+    triangles.push_back({left[(ear + n - 1) % n], left[ear], left[(ear + 1) % n]});
+    left.erase(left.begin() + static_cast<std::ptrdiff_t>(ear));
+  }
+}
+
+void EdgeNumbers::reset(std::size_t expected) {
+  m_edges.clear();
+  m_slots.assign(std::bit_ceil(std::max<std::size_t>(2 * expected, 16)), 0);
+}
+
+void EdgeNumbers::grow(std::size_t capacity) {
+  m_slots.assign(capacity, 0);
+  for (std::size_t e = 0; e < m_edges.size(); ++e) {
+    std::size_t slot = hashOf(m_edges[e]) & (capacity - 1);
+    while (m_slots[slot] != 0)
+      slot = (slot + 1) & (capacity - 1);
+    m_slots[slot] = static_cast<std::uint32_t>(e + 1);
+  }
+}
+
+std::size_t EdgeNumbers::numberOf(const NodeEdge& edge) {
+  if (2 * m_edges.size() >= m_slots.size()) grow(2 * m_slots.size());
+  const std::size_t mask = m_slots.size() - 1;
+  for (std::size_t slot = hashOf(edge) & mask;; slot = (slot + 1) & mask) {
+    if (m_slots[slot] == 0) {
+      m_edges.push_back(edge);
+      m_slots[slot] = static_cast<std::uint32_t>(m_edges.size());
+      return m_edges.size() - 1;
+    }
+    if (m_edges[m_slots[slot] - 1] == edge) return m_slots[slot] - 1;
+  }
+}
+
+} // namespace kx
