@@ -24,6 +24,7 @@
 #include <KerrinMesh/KbSurfaceMeshRegular.h>
 #include <Nyx/actions/NxSearchAction.h>
 #include <Nyx/actions/NxWriteAction.h>
+#include <Nyx/caches/NxCache.h>
 #include <Nyx/io/NxOutput.h>
 #include <Nyx/misc/NxChildList.h>
 
