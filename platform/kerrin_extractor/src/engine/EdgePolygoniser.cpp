@@ -80,6 +80,35 @@ double polyhedronSize(const PointView& points, const std::vector<std::vector<std
   return size;
 }
 
+/// What a cell's corners say about it, besides values. Found when the cell is first crossed.
+enum CellState : std::uint8_t { UNKNOWN = 0, IS_KNOWN = 1, IS_INVERTED = 2, HAS_REPEATED_NODES = 4, IS_NOT_FINITE = 8 };
+
+template <class PointAt>
+std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointAt& pointAt) {
+  const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
+  std::array<KbVec3<double>, 8> corners;
+  for (std::size_t i = 0; i < count; ++i)
+    corners[i] = pointAt(nodes[i]);
+  const double size = signedSize(code, corners);
+  bool isRepeated = false;
+  for (std::size_t i = 1; i < count; ++i)
+    for (std::size_t j = 0; j < i; ++j)
+      isRepeated |= nodes[i] == nodes[j];
+  return static_cast<std::uint8_t>(IS_KNOWN | (size < 0.0 ? IS_INVERTED : 0) | (isRepeated ? HAS_REPEATED_NODES : 0) |
+                                   (std::isfinite(size) ? 0 : IS_NOT_FINITE));
+}
+
+std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointView& points) {
+  switch (points.kind) {
+  case PointView::Kind::FLOATS:
+    return stateOf(code, nodes, [&](std::size_t id) { return points.triple<float>(id); });
+  case PointView::Kind::DOUBLES:
+    return stateOf(code, nodes, [&](std::size_t id) { return points.triple<double>(id); });
+  default:
+    return stateOf(code, nodes, [&](std::size_t id) { return points[id]; });
+  }
+}
+
 } // namespace
 
 struct EdgePolygoniser::Job {
@@ -173,6 +202,7 @@ void EdgePolygoniser::buildIndex(Job& job) {
   const MeshView& mesh = job.mesh;
   m_low.resize(mesh.numCells);
   m_high.resize(mesh.numCells);
+  m_states.resize(mesh.numCells);
   // The steps span the values of a sample: a wrong range costs time, never cells.
   constexpr std::size_t SAMPLES = 1024;
   const std::size_t numNodes = mesh.endNode - std::min(mesh.beginNode, mesh.endNode);
@@ -223,6 +253,7 @@ void EdgePolygoniser::buildIndex(Job& job) {
       for (std::size_t cell = begin; cell < end; ++cell) {
         m_low[cell] = 255;
         m_high[cell] = 0;
+        m_states[cell] = UNKNOWN;
         if (hasClosedCells && !mesh.isOpen(cell)) continue;
         const CellCode code = cells.loadForValues(cell, nodes);
         double least = 0.0;
@@ -300,7 +331,6 @@ void EdgePolygoniser::classify(Job& job) {
 
     const auto walk = [&](const auto& cells, const auto& values) {
       CellNodes nodes;
-      std::array<KbVec3<double>, 8> corners;
       for (std::size_t base = begin; base < end; base += 64) {
         std::uint64_t bits =
             candidates(m_low.data() + base, m_high.data() + base, std::min<std::size_t>(64, end - base), isoStep);
@@ -321,19 +351,15 @@ void EdgePolygoniser::classify(Job& job) {
           }
           const CaseTable::Case& c = CaseTable::of(code)[caseNumber];
           if (c.numPolygons == 0) continue;
-          for (std::size_t i = 0; i < count; ++i)
-            corners[i] = mesh.points[nodes[i]];
-          const double size = signedSize(code, corners);
-          if (!std::isfinite(size)) {
+          if (m_states[cell] == UNKNOWN) m_states[cell] = stateOf(code, nodes, mesh.points);
+          const unsigned state = m_states[cell];
+          if ((state & IS_NOT_FINITE) != 0) {
             job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
             continue;
           }
-          bool isRepeated = false;
-          for (std::size_t i = 1; i < count; ++i)
-            for (std::size_t j = 0; j < i; ++j)
-              isRepeated |= nodes[i] == nodes[j];
           const ActiveCell active{static_cast<std::uint16_t>(cell - begin), static_cast<std::uint8_t>(caseNumber),
-                                  static_cast<std::uint8_t>(code & 7), size < 0.0, isExact || isRepeated};
+                                  static_cast<std::uint8_t>(code & 7), (state & IS_INVERTED) != 0,
+                                  isExact || (state & HAS_REPEATED_NODES) != 0};
           if (active.isIrregular) {
             addIrregular(cell, active, nodes);
             continue;
@@ -349,7 +375,7 @@ void EdgePolygoniser::classify(Job& job) {
   });
 }
 
-std::uint32_t EdgePolygoniser::findEdge(const Job& job, std::size_t a, std::size_t b, std::size_t& nextFree) {
+inline std::uint32_t EdgePolygoniser::findEdge(const Job& job, std::size_t a, std::size_t b, std::size_t& nextFree) {
   const unsigned slotBits = job.mesh.slotBits;
   const std::size_t node = a >> slotBits;
   const std::uint64_t slot = a & ((std::uint64_t{1} << slotBits) - 1);

@@ -16,11 +16,12 @@ namespace kx {
 /// Cuts any mesh at one value of a scalar field.
 ///
 /// Cells are walked in chunks of fixed size. A first pass over all cells keeps, two bytes a cell, the range of its
-/// values in 256 steps; as long as mesh, field and filter stay the same only cells whose range holds the isovalue are
-/// looked at again. Vertices are keyed by their edge: every node has a list of the cut edges of which it is the smaller
-/// end, several threads insert at a time, and numbers are given afterwards in the order of nodes and ends, so that the
-/// result does not depend on the threads. A value equal to the isovalue is inside and puts the vertices of all its
-/// edges on the node; polygons that lose all but two corners by that are dropped.
+/// values in 256 steps, and a third byte for what is found out about crossed cells; as long as mesh, field and filter
+/// stay the same only cells whose range holds the isovalue are looked at again. Vertices are keyed by their edge: every
+/// node has a list of the cut edges of which it is the smaller end, several threads insert at a time, and numbers are
+/// given afterwards in the order of nodes and ends, so that the result does not depend on the threads. A value equal to
+/// the isovalue is inside and puts the vertices of all its edges on the node; polygons that lose all but two corners by
+/// that are dropped.
 class EdgePolygoniser {
 public:
   static std::size_t numPhases(bool buildsIndex) { return buildsIndex ? 5 : 4; }
@@ -60,6 +61,8 @@ private:
   // The index: per cell the steps of its least and greatest value; least > greatest for cells that yield nothing.
   Array<std::uint8_t> m_low;
   Array<std::uint8_t> m_high;
+  /// What is known of a cell's corners (see `CellState` of the source); 0 until the cell is first crossed.
+  Array<std::uint8_t> m_states;
   double m_base = 0.0;
   double m_scale = 0.0;
 

@@ -56,12 +56,14 @@ public:
     }
   }
 
-private:
+  /// The position in an array of `T`, for loops that have asked for the kind.
   template <class T>
   KbVec3<double> triple(std::size_t id) const {
     const T* p = static_cast<const T*>(array) + 3 * id;
     return {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])};
   }
+
+private:
   KbVec3<double> general(std::size_t id) const;
 };
 
