@@ -277,8 +277,8 @@ class CounterTest : public RendererTest {
 protected:
   void SetUp() override {
     RendererTest::SetUp();
-    faces = makeTorus(20, 10, 0.6f, 0.2f);
-    setColors(verticesOf(faces), NxVertexProperty::PER_VERTEX_INDEXED, std::vector<uint32_t>(200, red));
+    faces = makeTorus(20, 20, 0.6f, 0.2f); // without creases
+    setColors(verticesOf(faces), NxVertexProperty::PER_VERTEX_INDEXED, std::vector<uint32_t>(400, red));
     lightModel->model = NxLightModel::PHONG;
     root->addChild(faces);
   }
@@ -288,7 +288,7 @@ protected:
 TEST_F(CounterTest, ASecondPictureUploadsNothing) {
   render();
   EXPECT_EQ(renderer.getStatistics().buffersUploaded, 4U); // positions, normals, colours, triangles
-  EXPECT_EQ(renderer.getStatistics().bytesUploaded, 200U * (12 + 12 + 4) + 200U * 6 * 4);
+  EXPECT_EQ(renderer.getStatistics().bytesUploaded, 400U * (12 + 12 + 4) + 400U * 6 * 4);
   EXPECT_EQ(renderer.getStatistics().programsBuilt, 1U);
   const NxImage first = renderer.getImage();
   EXPECT_EQ(render(), first);
@@ -309,15 +309,15 @@ TEST_F(CounterTest, ACameraChangeUploadsNothing) {
 
 TEST_F(CounterTest, AColourChangeUploadsColoursOnly) {
   render();
-  setColors(verticesOf(faces), NxVertexProperty::PER_VERTEX_INDEXED, std::vector<uint32_t>(200, green));
+  setColors(verticesOf(faces), NxVertexProperty::PER_VERTEX_INDEXED, std::vector<uint32_t>(400, green));
   render();
   EXPECT_EQ(renderer.getStatistics().buffersUploaded, 1U);
-  EXPECT_EQ(renderer.getStatistics().bytesUploaded, 200U * 4);
+  EXPECT_EQ(renderer.getStatistics().bytesUploaded, 400U * 4);
 }
 
 TEST_F(CounterTest, AMovedVertexUploadsGeometryButNoColours) {
   render();
-  verticesOf(faces)->vertex.set1Value(0, NbVec3f(0.9f, 0, 0));
+  verticesOf(faces)->vertex.set1Value(0, NbVec3f(0.801f, 0, 0)); // too little for a crease
   render();
   EXPECT_EQ(renderer.getStatistics().buffersUploaded, 3U); // positions, normals, triangles
 }

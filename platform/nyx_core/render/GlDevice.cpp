@@ -129,9 +129,9 @@ struct GlDevice::Resources {
   }
 
   void bindBufferTexture(TextureUnit unit, const Array& array, GLenum format, NxRenderStatistics& statistics) {
-    const GLuint texture = buffers.bufferTexture(array, format, statistics);
+    // The unit comes first: making the texture binds it to the active one.
     glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
-    glBindTexture(GL_TEXTURE_BUFFER, texture);
+    glBindTexture(GL_TEXTURE_BUFFER, buffers.bufferTexture(array, format, statistics));
   }
 
   void useProgram(const Program& program, const Frame& frame);
@@ -272,8 +272,7 @@ bool GlDevice::isDrawable(const DrawRecord& record) const {
     texels = std::max(texels, array->count());
   if (texels <= static_cast<size_t>(m_maxBufferTexels)) return true;
   m_message("GlDevice::render", "a shape with " + std::to_string(texels) +
-                                    " values per face is left out: this device "
-                                    "takes " +
+                                    " values per face is left out: this device takes " +
                                     std::to_string(m_maxBufferTexels));
   return false;
 }
@@ -288,7 +287,10 @@ bool GlDevice::render(const Frame& frame, std::vector<unsigned char>& pixels) {
   glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &window);
   m_frameStatistics = {};
   m_resources->buffers.sweep();
-  if (!prepareTarget(frame)) return false;
+  if (!prepareTarget(frame)) {
+    glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(window));
+    return false;
+  }
   const std::vector<const DrawRecord*> records = sorted(frame);
 
   RenderTarget& target = m_resources->target;
@@ -394,9 +396,8 @@ void GlDevice::draw(const Frame& frame, const DrawRecord& record, Pass pass) {
       m_resources->bindBufferTexture(UnitSegmentStart, record.segmentStart, GL_R32F, m_frameStatistics);
   }
   if ((rules & RuleTexture) != 0) {
-    const GLuint texture = m_resources->buffers.texture(record.texture, m_frameStatistics);
     glActiveTexture(GL_TEXTURE0 + UnitTexture);
-    glBindTexture(GL_TEXTURE_2D, texture);
+    glBindTexture(GL_TEXTURE_2D, m_resources->buffers.texture(record.texture, m_frameStatistics));
   }
 
   if (record.cullBack && record.primitive == Primitive::Triangles) {
