@@ -14,6 +14,8 @@
 
 /// Finds the cell that holds a point and evaluates data sets there: shape functions for `PER_NODE` sets, the value
 /// of the cell for `PER_CELL` sets.
+///
+/// A point on a face that cells share is in the cell with the smaller index.
 class KERRIN_EXTRACTOR_API KiPointProbeHexahedronIjk : public virtual KiBaseExtractor {
 public:
   /// A new extractor on a mesh, owned by the caller; the mesh must outlive it.
@@ -32,4 +34,19 @@ public:
   /// The value at the point; 0 when no cell was found.
   virtual double getValue(const KiDataSetIjk<double>& set) const = 0;
   virtual KbVec3<double> getValue(const KiDataSetIjk<KbVec3<double>>& set) const = 0;
+
+  /// Finds the cells of many points at once, divided among threads when made with `parallel`; the probe itself stays
+  /// where it is. `cells` receives one flat index a point: i + nI (j + nJ k) for cell (i, j, k) of nI x nJ x nK; all
+  /// bits set where there is no cell.
+  virtual void findCells(const KbVec3<double>* points, std::size_t count, const KiCellFilterIjk* filter,
+                         std::size_t* cells) = 0;
+  /// The same with the values of a set at the points, 0 where there is no cell; `cells` may be null.
+  virtual void probe(const KbVec3<double>* points, std::size_t count, const KiCellFilterIjk* filter,
+                     const KiDataSetI<double>& set, std::size_t* cells, double* values) = 0;
+  virtual void probe(const KbVec3<double>* points, std::size_t count, const KiCellFilterIjk* filter,
+                     const KiDataSetI<KbVec3<double>>& set, std::size_t* cells, KbVec3<double>* values) = 0;
+  virtual void probe(const KbVec3<double>* points, std::size_t count, const KiCellFilterIjk* filter,
+                     const KiDataSetIjk<double>& set, std::size_t* cells, double* values) = 0;
+  virtual void probe(const KbVec3<double>* points, std::size_t count, const KiCellFilterIjk* filter,
+                     const KiDataSetIjk<KbVec3<double>>& set, std::size_t* cells, KbVec3<double>* values) = 0;
 };

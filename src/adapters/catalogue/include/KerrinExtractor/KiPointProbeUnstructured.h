@@ -14,6 +14,9 @@
 
 /// Finds the cell that holds a point and evaluates data sets there: shape functions for `PER_NODE` sets, the value
 /// of the cell for `PER_CELL` sets.
+///
+/// A point on a face that cells share is in the cell with the smaller index. On a surface mesh, a point lies on a cell
+/// when it is not farther from it than 1e-6 of the diagonal of the mesh's box.
 class KERRIN_EXTRACTOR_API KiPointProbeUnstructured : public virtual KiBaseExtractor {
 public:
   /// A new extractor on a mesh, owned by the caller; the mesh must outlive it.
@@ -30,4 +33,15 @@ public:
   /// The value at the point; 0 when no cell was found.
   virtual double getValue(const KiDataSetI<double>& set) const = 0;
   virtual KbVec3<double> getValue(const KiDataSetI<KbVec3<double>>& set) const = 0;
+
+  /// Finds the cells of many points at once, divided among threads when made with `parallel`; the probe itself stays
+  /// where it is. `cells` receives one flat index a point: its index; all bits set where there is
+  /// no cell.
+  virtual void findCells(const KbVec3<double>* points, std::size_t count, const KiCellFilterI* filter,
+                         std::size_t* cells) = 0;
+  /// The same with the values of a set at the points, 0 where there is no cell; `cells` may be null.
+  virtual void probe(const KbVec3<double>* points, std::size_t count, const KiCellFilterI* filter,
+                     const KiDataSetI<double>& set, std::size_t* cells, double* values) = 0;
+  virtual void probe(const KbVec3<double>* points, std::size_t count, const KiCellFilterI* filter,
+                     const KiDataSetI<KbVec3<double>>& set, std::size_t* cells, KbVec3<double>* values) = 0;
 };

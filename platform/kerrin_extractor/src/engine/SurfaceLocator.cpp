@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "SurfaceLocator.h"
+
+#include "src/contract/MeanValue.h"
+#include "src/contract/ShapeFunctions.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kx {
+namespace {
+
+using Vec3 = KbVec3<double>;
+
+constexpr std::size_t NODES_PER_STEP = 65536;
+constexpr double CURVED_MARGIN = 0.25; ///< of the diagonal: covers every convex bulge of a quadratic cell
+
+bool isFinite(const Vec3& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
+
+std::size_t numNodesOf(KiSurfaceCell::Shape shape, std::size_t numNodes) {
+  switch (shape) {
+  case KiSurfaceCell::TRIANGLE:
+    return 3;
+  case KiSurfaceCell::QUADRANGLE:
+    return 4;
+  case KiSurfaceCell::QUADRATIC_TRIANGLE:
+    return 6;
+  case KiSurfaceCell::QUADRATIC_QUADRANGLE:
+    return 8;
+  default:
+    return numNodes;
+  }
+}
+
+/// The nearest position of a point in a triangle's or quadrangle's reference coordinates, by the Gauss-Newton method.
+/// False when it lies outside, or the cell has no area.
+bool project(bool isTriangle, const std::vector<Vec3>& p, const Vec3& point, Vec3& x) {
+  const Vec3 a1 = p[1] - p[0];
+  const Vec3 a2 = (isTriangle ? p[2] : p[3]) - p[0];
+  const Vec3 a3 = isTriangle ? Vec3(0.0) : p[0] - p[1] + p[2] - p[3];
+  x = isTriangle ? Vec3(1.0 / 3.0, 1.0 / 3.0, 0.0) : Vec3(0.5, 0.5, 0.0);
+  for (int i = 0; i < 50; ++i) {
+    const Vec3 dr = a1 + a3 * x[1];
+    const Vec3 ds = a2 + a3 * x[0];
+    const Vec3 residual = point - (p[0] + a1 * x[0] + ds * x[1]);
+    const double rr = dr.squaredLength();
+    const double ss = ds.squaredLength();
+    const double rs = dr.dot(ds);
+    const double determinant = rr * ss - rs * rs;
+    if (!(determinant > 1e-14 * rr * ss)) return false;
+    const double r = dr.dot(residual);
+    const double s = ds.dot(residual);
+    Vec3 step((r * ss - s * rs) / determinant, (s * rr - r * rs) / determinant, 0.0);
+    const double length = std::max(std::abs(step[0]), std::abs(step[1]));
+    if (length > 1.0) step /= length;
+    x += step;
+    if (length > 1e-9) continue;
+    const double limit = 1.0 + INSIDE_TOLERANCE;
+    if (x[0] < -INSIDE_TOLERANCE || x[1] < -INSIDE_TOLERANCE) return false;
+    return isTriangle ? x[0] + x[1] <= limit : x[0] <= limit && x[1] <= limit;
+  }
+  return false;
+}
+
+} // namespace
+
+Changes SurfaceLocator::getChanges() const {
+  const auto [topology, geometry] = m_readStamps();
+  return {!m_isReady || geometry != m_stamps.second, !m_isReady || topology != m_stamps.first, false};
+}
+
+std::size_t SurfaceLocator::numPhases(const Changes& changes) const {
+  return changes.geometry || changes.topology ? CellBins::NUM_PHASES + 1 : 0;
+}
+
+void SurfaceLocator::update(Run& run, const Changes& changes, Faults& faults) {
+  if (!changes.geometry && !changes.topology) return;
+  m_isReady = false;
+  m_bins.clear();
+  m_stamps = m_readStamps();
+  m_cells.emplace(m_makeCells());
+  if (m_cells->numCells > 0) {
+    const Box bounds = findBounds(run);
+    m_tolerance = TOLERANCE * bounds.diagonal();
+    m_bins.build(run, m_cells->numCells, bounds, [&](std::size_t cell) { return boxOf(cell, faults); });
+  }
+  m_isReady = true;
+}
+
+Box SurfaceLocator::findBounds(Run& run) const {
+  const std::size_t begin = m_cells->beginNode;
+  const std::size_t numNodes = m_cells->endNode - begin;
+  std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
+  run.phase("find bounds", parts.size(), [&](std::size_t step) {
+    const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);
+    Box box;
+    for (std::size_t n = step * NODES_PER_STEP; n < end; ++n)
+      if (const Vec3 p = m_cells->point(begin + n); isFinite(p)) box.add(p);
+    parts[step] = box;
+  });
+  Box bounds;
+  for (const Box& part : parts)
+    if (!part.isEmpty()) {
+      bounds.add(part.low);
+      bounds.add(part.high);
+    }
+  return bounds;
+}
+
+Box SurfaceLocator::boxOf(std::size_t cell, Faults& faults) const {
+  Box box;
+  if (!m_cells->isOpen(cell)) return box;
+  thread_local std::vector<std::size_t> nodes;
+  KiSurfaceCell::Shape shape{};
+  if (!m_cells->load(cell, nodes, shape) || numNodesOf(shape, nodes.size()) != nodes.size()) {
+    faults.add(Faults::UNREADABLE_CELL, cell);
+    return box;
+  }
+  for (const std::size_t node : nodes) {
+    if (node < m_cells->beginNode || node >= m_cells->endNode) {
+      faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+      return {};
+    }
+    const Vec3 p = m_cells->point(node);
+    if (!isFinite(p)) {
+      faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+      return {};
+    }
+    box.add(p);
+  }
+  const bool isCurved = shape == KiSurfaceCell::QUADRATIC_TRIANGLE || shape == KiSurfaceCell::QUADRATIC_QUADRANGLE;
+  box.grow(m_tolerance * 1.01 + (isCurved ? CURVED_MARGIN * box.diagonal() : 0.0));
+  return box;
+}
+
+bool SurfaceLocator::find(const Vec3& point, CellHit& hit) const {
+  hit.cell = CellHit::NO_CELL;
+  if (!m_isReady || !isFinite(point)) return false;
+  hit.cell =
+      m_bins.find(point, [&](std::size_t cell) { return m_cells->isOpen(cell) && findInCell(cell, point, hit); });
+  return hit.isFound();
+}
+
+bool SurfaceLocator::findInCell(std::size_t cell, const Vec3& point, CellHit& hit) const {
+  KiSurfaceCell::Shape shape{};
+  if (!m_cells->load(cell, hit.nodes, shape)) return false;
+  hit.numCorners = 0;
+  thread_local std::vector<Vec3> p;
+  p.resize(hit.nodes.size());
+  for (std::size_t i = 0; i < p.size(); ++i)
+    p[i] = m_cells->point(hit.nodes[i]);
+  Vec3 x;
+  Vec3 foot;
+  switch (shape) {
+  case KiSurfaceCell::TRIANGLE:
+    if (!project(true, p, point, x)) return false;
+    hit.weights = {1.0 - x[0] - x[1], x[0], x[1]};
+    break;
+  case KiSurfaceCell::QUADRANGLE:
+    if (!project(false, p, point, x)) return false;
+    hit.weights = {(1.0 - x[0]) * (1.0 - x[1]), x[0] * (1.0 - x[1]), x[0] * x[1], (1.0 - x[0]) * x[1]};
+    break;
+  case KiSurfaceCell::POLYGON: {
+    const Vec3 normal = polygonNormal(p).normalized();
+    Vec3 centre;
+    for (const Vec3& corner : p)
+      centre += corner / static_cast<double>(p.size());
+    foot = point - normal * normal.dot(point - centre);
+    if (!isInsidePolygon(p, normal, foot)) return false;
+    polygonWeights(p, foot, hit.weights);
+    break;
+  }
+  default: {
+    const ReferenceShape reference = shape == KiSurfaceCell::QUADRATIC_TRIANGLE ? ReferenceShape::QUADRATIC_TRIANGLE
+                                                                                : ReferenceShape::QUADRATIC_QUADRANGLE;
+    if (!invertShape(reference, p.data(), point, x)) return false;
+    const ShapeValues n = evaluateShape(reference, x);
+    hit.weights.assign(n.value.begin(), n.value.begin() + static_cast<std::ptrdiff_t>(p.size()));
+  }
+  }
+  foot = Vec3(0.0);
+  for (std::size_t i = 0; i < p.size(); ++i)
+    foot += p[i] * hit.weights[i];
+  return (point - foot).length() <= m_tolerance;
+}
+
+} // namespace kx

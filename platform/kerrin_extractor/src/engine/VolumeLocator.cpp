@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "VolumeLocator.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kx {
+namespace {
+
+using Vec3 = KbVec3<double>;
+
+constexpr std::size_t NODES_PER_STEP = 65536;
+constexpr double BOX_MARGIN = 1e-8;    ///< of the diagonal: covers `INSIDE_TOLERANCE`
+constexpr double CURVED_MARGIN = 0.25; ///< a quarter of the diagonal covers every convex bulge of a quadratic cell
+
+bool isFinite(const Vec3& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
+
+// The number of nodes of a cell, which tells quadratic cells from linear ones.
+template <class Index>
+std::size_t numNodesOf(const UniformCells<Index>& cells, std::size_t) {
+  return cells.stride;
+}
+template <class Index>
+std::size_t numNodesOf(const MixedCells<Index>& cells, std::size_t cell) {
+  return static_cast<std::size_t>(cells.offsets[cell + 1] - cells.offsets[cell]);
+}
+std::size_t numNodesOf(const VirtualCells& cells, std::size_t cell) {
+  return cells.topology->getCell(cell)->getNumNodes();
+}
+std::size_t numNodesOf(const HexahedronIjkCells&, std::size_t) { return 8; }
+std::size_t numNodesOf(const GridCells&, std::size_t) { return 8; }
+std::size_t numNodesOf(const CornerCells&, std::size_t) { return 8; }
+
+template <class Cells>
+const KiVolumeTopologyExplicitI* topologyOf(const Cells& cells) {
+  if constexpr (
+      requires { cells.geometry; } || requires { cells.cells; })
+    return nullptr;
+  else
+    return cells.topology;
+}
+
+/// Where a coordinate lies among the ascending or descending positions along an axis: in one interval, or in two when
+/// it is the position between them.
+struct AxisPlace {
+  std::size_t index[2];
+  double fraction[2];
+  std::size_t count = 0;
+
+  AxisPlace(const std::vector<double>& axis, double x) {
+    const std::size_t last = axis.size() - 2;
+    const bool isAscending = axis.back() >= axis.front();
+    const auto upper = isAscending ? std::upper_bound(axis.begin(), axis.end(), x)
+                                   : std::upper_bound(axis.begin(), axis.end(), x, std::greater<>());
+    const auto above = static_cast<std::size_t>(upper - axis.begin());
+    const std::size_t middle = above == 0 ? 0 : std::min(above - 1, last);
+    for (std::size_t i = middle == 0 ? 0 : middle - 1; i <= std::min(middle + 1, last); ++i) {
+      const double position = (x - axis[i]) / (axis[i + 1] - axis[i]);
+      if (!(position >= -INSIDE_TOLERANCE && position <= 1.0 + INSIDE_TOLERANCE) || count == 2) continue;
+      index[count] = i;
+      fraction[count] = std::clamp(position, 0.0, 1.0);
+      ++count;
+    }
+  }
+};
+
+} // namespace
+
+Changes VolumeLocator::getChanges() const {
+  const auto [topology, geometry] = m_readStamps();
+  return {!m_isReady || geometry != m_stamps.second, !m_isReady || topology != m_stamps.first, false};
+}
+
+std::size_t VolumeLocator::numPhases(const Changes& changes) const {
+  const bool hasWork = changes.geometry || changes.topology;
+  return hasWork ? CellBins::NUM_PHASES + 1 : 0;
+}
+
+void VolumeLocator::update(Run& run, const Changes& changes, Faults& faults) {
+  if (!changes.geometry && !changes.topology) return;
+  m_isReady = false;
+  m_bins.clear();
+  m_stamps = m_readStamps();
+  m_mesh.emplace(m_makeView());
+  m_topology = std::visit([](const auto& cells) { return topologyOf(cells); }, m_mesh->cells);
+  if (!m_mesh->fault.empty()) {
+    faults.post(m_mesh->fault);
+  } else if (m_mesh->points.kind == PointView::Kind::AXES) {
+    if (m_mesh->numCells > 0 && !checkAxes(faults)) m_mesh->numCells = 0;
+  } else if (m_mesh->numCells > 0) {
+    m_hasGeneralCells = false;
+    const Box bounds = findBounds(run);
+    m_bins.build(run, m_mesh->numCells, bounds, [&](std::size_t cell) { return boxOf(cell, faults); });
+    m_reach = bounds;
+    m_reach.grow(bounds.diagonal() * (m_hasGeneralCells ? CURVED_MARGIN : BOX_MARGIN));
+  }
+  m_isReady = true;
+}
+
+bool VolumeLocator::checkAxes(Faults& faults) const {
+  static constexpr std::array<const char*, 3> NAMES{"x", "y", "z"};
+  for (std::size_t a = 0; a < 3; ++a) {
+    const std::vector<double>& axis = m_mesh->points.axes[a];
+    const double sign = axis.back() >= axis.front() ? 1.0 : -1.0;
+    for (std::size_t i = 0; i + 1 < axis.size(); ++i)
+      if (!(sign * (axis[i + 1] - axis[i]) >= 0.0) || !std::isfinite(axis[i + 1] - axis[i])) {
+        faults.post(std::string("the positions along ") + NAMES[a] + " do not ascend at index " +
+                    std::to_string(i + 1) + "; no cell is found");
+        return false;
+      }
+  }
+  return true;
+}
+
+Box VolumeLocator::findBounds(Run& run) const {
+  const std::size_t begin = m_mesh->beginNode;
+  const std::size_t numNodes = m_mesh->endNode - begin;
+  std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
+  run.phase("find bounds", parts.size(), [&](std::size_t step) {
+    const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);
+    Box box;
+    for (std::size_t n = step * NODES_PER_STEP; n < end; ++n)
+      if (const Vec3 p = m_mesh->points[begin + n]; isFinite(p)) box.add(p);
+    parts[step] = box;
+  });
+  Box bounds;
+  for (const Box& part : parts)
+    if (!part.isEmpty()) {
+      bounds.add(part.low);
+      bounds.add(part.high);
+    }
+  return bounds;
+}
+
+bool VolumeLocator::isGeneral(std::size_t cell) const {
+  if (!m_topology) return false;
+  return std::visit(
+      [&](const auto& cells) {
+        const std::size_t numNodes = numNodesOf(cells, cell);
+        if (numNodes > 8 || numNodes < 4 || numNodes == 7) return true;
+        CellNodes nodes;
+        return cells.load(cell, nodes) == POLYHEDRON;
+      },
+      m_mesh->cells);
+}
+
+Box VolumeLocator::boxOf(std::size_t cell, Faults& faults) {
+  Box box;
+  if (m_mesh->hasClosedCells() && !m_mesh->isOpen(cell)) return box;
+  CellNodes corners;
+  const CellCode code = std::visit([&](const auto& cells) { return cells.load(cell, corners); }, m_mesh->cells);
+  if (code == UNREADABLE) {
+    faults.add(Faults::UNREADABLE_CELL, cell);
+    return box;
+  }
+  const auto add = [&](std::size_t node) {
+    const bool isInRange = node >= m_mesh->beginNode && node < m_mesh->endNode;
+    if (!isInRange) {
+      faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+      return false;
+    }
+    const Vec3 p = m_mesh->points[node];
+    if (!isFinite(p)) {
+      faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+      return false;
+    }
+    box.add(p);
+    return true;
+  };
+  if (!isGeneral(cell)) {
+    for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
+      if (!add(corners[i])) return {};
+    box.grow(box.diagonal() * BOX_MARGIN);
+    return box;
+  }
+  m_hasGeneralCells.store(true, std::memory_order_relaxed);
+  const KiVolumeCell* general = m_topology->getCell(cell);
+  for (std::size_t i = 0; i < general->getNumNodes(); ++i)
+    if (!add(general->getNodeIndex(i))) return {};
+  box.grow(box.diagonal() * (code == POLYHEDRON ? BOX_MARGIN : CURVED_MARGIN));
+  return box;
+}
+
+bool VolumeLocator::find(const Vec3& point, CellHit& hit) const {
+  hit.cell = CellHit::NO_CELL;
+  if (!m_isReady || m_mesh->numCells == 0) return false;
+  if (m_mesh->points.kind == PointView::Kind::AXES) return findOnAxes(point, hit);
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    if (!(point[axis] >= m_reach.low[axis] && point[axis] <= m_reach.high[axis])) return false;
+  const bool isClosable = m_mesh->hasClosedCells();
+  hit.cell = m_bins.find(
+      point, [&](std::size_t cell) { return (!isClosable || m_mesh->isOpen(cell)) && findInCell(cell, point, hit); });
+  return hit.isFound();
+}
+
+bool VolumeLocator::findNear(const Vec3& point, CellHit& hit) const {
+  if (hit.isFound() && hit.mappedCell == hit.cell && hit.map.invert(point, hit.position)) {
+    hit.map.getWeights(hit.position, hit.cornerWeights);
+    return true;
+  }
+  hit.mappedCell = CellHit::NO_CELL;
+  return find(point, hit);
+}
+
+bool VolumeLocator::findOnAxes(const Vec3& point, CellHit& hit) const {
+  const auto& axes = m_mesh->points.axes;
+  const std::array<AxisPlace, 3> places{AxisPlace(axes[0], point[0]), AxisPlace(axes[1], point[1]),
+                                        AxisPlace(axes[2], point[2])};
+  for (std::size_t k = 0; k < places[2].count; ++k)
+    for (std::size_t j = 0; j < places[1].count; ++j)
+      for (std::size_t i = 0; i < places[0].count; ++i) {
+        const std::size_t cell = m_mesh->cellDims.flat(places[0].index[i], places[1].index[j], places[2].index[k]);
+        if (m_mesh->hasClosedCells() && !m_mesh->isOpen(cell)) continue;
+        hit.cell = cell;
+        hit.numCorners = 8;
+        GridCells{m_mesh->cellDims, m_mesh->nodeDims}.load(cell, hit.corners);
+        const double r = places[0].fraction[i];
+        const double s = places[1].fraction[j];
+        const double t = places[2].fraction[k];
+        const double base[4] = {(1.0 - r) * (1.0 - s), r * (1.0 - s), r * s, (1.0 - r) * s};
+        for (std::size_t c = 0; c < 4; ++c) {
+          hit.cornerWeights[c] = base[c] * (1.0 - t);
+          hit.cornerWeights[c + 4] = base[c] * t;
+        }
+        return true;
+      }
+  return false;
+}
+
+bool VolumeLocator::findInCell(std::size_t cell, const Vec3& point, CellHit& hit) const {
+  if (m_hasGeneralCells.load(std::memory_order_relaxed) && isGeneral(cell)) return findInGeneralCell(cell, point, hit);
+  std::array<Vec3, 8> p;
+  const CellCode code = std::visit([&](const auto& cells) { return cells.load(cell, hit.corners); }, m_mesh->cells);
+  for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
+    p[i] = m_mesh->points[hit.corners[i]];
+  hit.map = CellMap(code, p);
+  hit.mappedCell = cell;
+  hit.position = hit.map.centre();
+  if (!hit.map.invert(point, hit.position)) return false;
+  hit.numCorners = NUM_CORNERS[code];
+  hit.map.getWeights(hit.position, hit.cornerWeights);
+  return true;
+}
+
+bool VolumeLocator::findInGeneralCell(std::size_t cell, const Vec3& point, CellHit& hit) const {
+  const KiVolumeCell* general = m_topology->getCell(cell);
+  if (!general->isPointInsideCell(*m_mesh->points.geometryI, point, hit.weights)) return false;
+  hit.numCorners = 0;
+  hit.nodes.resize(general->getNumNodes());
+  for (std::size_t i = 0; i < hit.nodes.size(); ++i)
+    hit.nodes[i] = general->getNodeIndex(i);
+  return true;
+}
+
+} // namespace kx
