@@ -14,7 +14,7 @@ struct UsageError : std::runtime_error {
 struct Options {
   std::string file;               ///< a mesh; empty: the program makes three
   std::string scalar;             ///< the set that is cut; empty: the first
-  std::string color;              ///< the set that colours; empty: another one
+  std::string color;              ///< the set that colours; empty: another one per node, or the height
   std::optional<double> isovalue; ///< none: the middle of the range
   std::string output;             ///< the picture, or without a file the folder for three of them
 

@@ -20,7 +20,7 @@ struct Subject {
   std::size_t numNodes = 0;
   const KiMesh* mesh = nullptr;
   const KiTypedDataSet<double>* scalars = nullptr; ///< the set that is cut
-  const KiTypedDataSet<double>* colors = nullptr;  ///< the set that colours
+  const KiTypedDataSet<double>* colors = nullptr;  ///< the set that colours: another one per node, or the height
 
   // What the pointers above point to.
   KbMeshFile file;
