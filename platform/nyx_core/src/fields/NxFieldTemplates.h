@@ -8,6 +8,7 @@
 #include <Nyx/fields/NxSField.h>
 
 #include <algorithm>
+#include <functional>
 
 // The member functions of the field templates; NxFieldTypes.cpp instantiates them for the types that there are.
 
@@ -88,8 +89,11 @@ void NxMFieldOf<T>::setValues(int start, int num, const T* values) {
                        "Cannot set %d values from index %d on%s.", num, start, values ? "" : ", given none");
     return;
   }
-  const std::vector<T> overlap(values >= m_values && values < m_values + m_num ? values : nullptr,
-                               values >= m_values && values < m_values + m_num ? values + num : nullptr);
+  // Values of the field itself move when its memory grows.
+  const std::less<const T*> isBefore;
+  std::vector<T> overlap;
+  if (!isBefore(values, m_values) && isBefore(values, m_values + m_num))
+    overlap.assign(values, values + num);
   own(std::max(m_num, start + num));
   const T* const source = overlap.empty() ? values : overlap.data();
   std::copy(source, source + num, m_own.begin() + start);
