@@ -104,7 +104,8 @@ TEST_F(KdCachesTest, DebuggingTellsWhy) {
   const Messages messages = takeMessages();
   ASSERT_EQ(messages.size(), 4U);
   char first[80];
-  std::snprintf(first, sizeof first, ": CACHE DEBUG: mesh in cache(0x%p) is new", static_cast<const void*>(cache.get()));
+  std::snprintf(first, sizeof first, ": CACHE DEBUG: mesh in cache(0x%p) is new",
+                static_cast<const void*>(cache.get()));
   EXPECT_EQ(messages[0], first);
   EXPECT_EQ(messages[1], ":  because timestamp element in KoMeshElement does not match:\n");
   EXPECT_EQ(messages[2].find(": ------\nElement timestamp in state: "), 0U);

@@ -74,7 +74,8 @@ public:
 /// Counts the notifications of a node.
 class TouchCounter {
 public:
-  explicit TouchCounter(NxNode* node) : m_sensor([](void* data, NxSensor*) { ++*static_cast<int*>(data); }, &count) {
+  explicit TouchCounter(NxNode* node)
+      : m_sensor([](void* data, NxSensor*) { ++*static_cast<int*>(data); }, &count) {
     m_sensor.setPriority(0);
     m_sensor.attach(node);
   }
@@ -322,9 +323,8 @@ TEST_F(KoDataNodesTest, TessellatorTakesANewStampEachTime) {
   });
   TouchCounter touches(node.get());
   node->setTessellator(tessellator.get());
-  lookBelow({node.get()}, [&](NxState* state) {
-    EXPECT_EQ(KoTessellatorElement::getTessellator(state, before), tessellator.get());
-  });
+  lookBelow({node.get()},
+            [&](NxState* state) { EXPECT_EQ(KoTessellatorElement::getTessellator(state, before), tessellator.get()); });
   node->setTessellator(tessellator.get());
   lookBelow({node.get()}, [&](NxState* state) { KoTessellatorElement::getTessellator(state, after); });
   EXPECT_GT(after, before);
@@ -334,8 +334,9 @@ TEST_F(KoDataNodesTest, TessellatorTakesANewStampEachTime) {
 TEST_F(KoDataNodesTest, DataBindingNamesItsValues) {
   const NbRefPtr<KoDataBinding> node(new KoDataBinding);
   EXPECT_EQ(node->dataBinding.getValue(), -1);
-  for (const auto& [text, binding] : {std::pair("AUTO", DataBinding::AUTO), std::pair("PER_CELL", DataBinding::PER_CELL),
-                                      std::pair("PER_NODE", DataBinding::PER_NODE)}) {
+  for (const auto& [text, binding] :
+       {std::pair("AUTO", DataBinding::AUTO), std::pair("PER_CELL", DataBinding::PER_CELL),
+        std::pair("PER_NODE", DataBinding::PER_NODE)}) {
     EXPECT_TRUE(node->dataBinding.set(text)) << text;
     lookBelow({node.get()},
               [&, b = binding](NxState* state) { EXPECT_EQ(KoDataBindingElement::getDataBinding(state), b); });

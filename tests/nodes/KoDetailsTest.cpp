@@ -28,7 +28,8 @@ constexpr auto NONE = static_cast<std::size_t>(-1);
 
 class ExtractedSet : public TestSetBase<KeXDataSetI<double>> {
 public:
-  explicit ExtractedSet(DataBinding where, std::vector<double> content) : values(std::move(content)) {
+  explicit ExtractedSet(DataBinding where, std::vector<double> content)
+      : values(std::move(content)) {
     binding = where;
   }
   std::vector<double> values;
@@ -68,7 +69,8 @@ public:
   };
   class Geometry : public KeXGeometryExplicit {
   public:
-    explicit Geometry(const Topology& t) : topology(t) {}
+    explicit Geometry(const Topology& t)
+        : topology(t) {}
     const Topology& topology;
     std::size_t getTimeStamp() const override { return 1; }
     KbVec3<double> getCoord(std::size_t node) const override { return topology.source.getGeometry().getCoord(node); }

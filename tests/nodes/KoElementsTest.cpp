@@ -68,7 +68,8 @@ protected:
     });
     lookBelow({}, [&](NxState* state) {
       second(state);
-      result = static_cast<NxElement*>(kept.get())->matches(state->getConstElement(Element::getClassTypeId(), Element::getClassStackIndex()));
+      result = static_cast<NxElement*>(kept.get())
+                   ->matches(state->getConstElement(Element::getClassTypeId(), Element::getClassStackIndex()));
     });
     return result;
   }
@@ -265,9 +266,9 @@ TEST_F(KoElementsTest, PrintsOneLineAValue) {
             "\t CellFilter: " + address(static_cast<const KiCellFilter*>(&filter)) +
                 "\n\t CellFilterType: 0\n\t CellFilterTimeStamp: 7\n");
   const StampedMapping<double> mapping;
-  EXPECT_EQ(printed<KoColorMappingElement>(
-                [&](NxState* state) { KoColorMappingElement::set(state, nullptr, &mapping); }),
-            "\t ColorMapping: " + address(&mapping) + "\n\t ColorMappingTimeStamp: 5\n");
+  EXPECT_EQ(
+      printed<KoColorMappingElement>([&](NxState* state) { KoColorMappingElement::set(state, nullptr, &mapping); }),
+      "\t ColorMapping: " + address(&mapping) + "\n\t ColorMappingTimeStamp: 5\n");
   const StampedMapping<std::vector<double>> combine;
   EXPECT_EQ(printed<KoCombineColorMappingElement>(
                 [&](NxState* state) { KoCombineColorMappingElement::set(state, nullptr, &combine); }),
@@ -294,8 +295,8 @@ TEST_F(KoElementsTest, PrintsOneLineAValue) {
                 std::to_string(tessellator->getTimeStamp()) + "\n\t KoTessellatorTimeStamp: 9\n");
   const std::string mesh = printed<KoMeshElement>(
       [](NxState* state) { KoMeshElement::set(state, nullptr, VOLUME_REGULAR, nullptr, nullptr, 11); });
-  const std::string own = "\t Mesh: " + address(nullptr) + "\n\t MeshType: 3\n\t KoMeshTimeStamp: 11\n\t ConnectFrom: " +
-                          address(nullptr) + "\n";
+  const std::string own = "\t Mesh: " + address(nullptr) +
+                          "\n\t MeshType: 3\n\t KoMeshTimeStamp: 11\n\t ConnectFrom: " + address(nullptr) + "\n";
   ASSERT_GT(mesh.size(), own.size()) << "the base prints first";
   EXPECT_EQ(mesh.substr(mesh.size() - own.size()), own);
 }
@@ -307,8 +308,8 @@ TEST(KoElementClass, ConstructionBeforeInitIsPostedAndRepaired) {
   {
     const NxMessageCollector messages;
     const std::unique_ptr<NxTypedObject> element(type.createInstance());
-    EXPECT_EQ(messages.count("Can't construct an element of type KoDataBindingElement until initClass() has been called"),
-              1);
+    EXPECT_EQ(
+        messages.count("Can't construct an element of type KoDataBindingElement until initClass() has been called"), 1);
     EXPECT_FALSE(KoDataBindingElement::getClassTypeId().isBad());
   }
   KoKerrin::finish();

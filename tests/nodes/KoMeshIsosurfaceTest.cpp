@@ -111,8 +111,8 @@ TEST_F(KoMeshIsosurfaceTest, FieldsAndTheirDefaults) {
   const NbRefPtr<KoMeshIsosurface> node(new KoMeshIsosurface);
   std::vector<NxField*> fields;
   node->getFields(fields);
-  EXPECT_EQ(fields, (std::vector<NxField*>{&node->colorScalarSetId, &node->parallel, &node->isovalue,
-                                           &node->isoScalarSetId}));
+  EXPECT_EQ(fields,
+            (std::vector<NxField*>{&node->colorScalarSetId, &node->parallel, &node->isovalue, &node->isoScalarSetId}));
   EXPECT_EQ(node->colorScalarSetId.getValue(), 0);
   EXPECT_TRUE(node->parallel.getValue());
   EXPECT_EQ(node->isovalue.getValue(), 0.f);
@@ -371,7 +371,8 @@ public:
   double get(std::size_t) const override { throw Exception(); }
 };
 struct Fault : std::runtime_error {
-  Fault() : std::runtime_error("the set is out of order") {}
+  Fault()
+      : std::runtime_error("the set is out of order") {}
 };
 
 TEST_F(KoMeshIsosurfaceTest, ExceptionsArePostedAndLeaveTheNodeEmpty) {

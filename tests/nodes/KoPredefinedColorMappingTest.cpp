@@ -15,7 +15,8 @@ namespace {
 using Node = KoPredefinedColorMapping;
 using KoPredefinedColorMappingTest = KoTest;
 
-/// Hue, saturation, value to red, green, blue by the hexcone's closed form (A. R. Smith, 1978), as an oracle of its own.
+/// Hue, saturation, value to red, green, blue by the hexcone's closed form (A. R. Smith, 1978), as an oracle of its
+/// own.
 std::array<double, 3> fromHsv(double h, double s, double v) {
   const auto channel = [&](double n) {
     const double k = std::fmod(n + h * 6.0, 6.0);
@@ -32,7 +33,8 @@ NbColorRGBA colorOf(Node::PredefColorMap map, double value, float min = 0.f, flo
   return node->getColorMapping()->getColor(value);
 }
 
-void expectColor(const NbColorRGBA& actual, const std::array<double, 3>& rgb, double alpha, const char* what, double x) {
+void expectColor(const NbColorRGBA& actual, const std::array<double, 3>& rgb, double alpha, const char* what,
+                 double x) {
   for (int c = 0; c < 3; ++c)
     EXPECT_NEAR(static_cast<double>(actual[c]), rgb[static_cast<std::size_t>(c)], 2e-6) << what << " at " << x;
   EXPECT_NEAR(static_cast<double>(actual[3]), alpha, 1e-6) << what << " at " << x;

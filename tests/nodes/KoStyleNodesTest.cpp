@@ -49,9 +49,9 @@ TEST_F(KoStyleNodesTest, DrawStyleCopiesItsFieldsIntoTheState) {
 
 TEST_F(KoStyleNodesTest, MaterialCopiesItsFieldsIntoTheState) {
   const NbRefPtr<KoMaterial> node(new KoMaterial);
-  EXPECT_EQ(fieldNames(*node), (std::vector<std::string>{"faceColoring", "lineColoring", "pointColoring", "faceColor",
-                                                         "lineColor", "pointColor", "transparency",
-                                                         "enhancedColoring"}));
+  EXPECT_EQ(fieldNames(*node),
+            (std::vector<std::string>{"faceColoring", "lineColoring", "pointColoring", "faceColor", "lineColor",
+                                      "pointColor", "transparency", "enhancedColoring"}));
   KoMaterial::ColoringType face, line, marker;
   NbColor faceColor, lineColor, markerColor;
   float transparency = 1.f;

@@ -31,7 +31,8 @@ public:
 template <class T>
 class TestSetI : public TestSetBase<KiDataSetI<T>> {
 public:
-  explicit TestSetI(std::vector<T> content = {}) : values(std::move(content)) {}
+  explicit TestSetI(std::vector<T> content = {})
+      : values(std::move(content)) {}
   std::vector<T> values;
 
   T getMin() const override { return T(); }

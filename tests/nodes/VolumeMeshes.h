@@ -16,13 +16,14 @@
 #include <memory>
 #include <vector>
 
-/// The unit cube as 4 x 4 x 4 cells in each of the six volume mesh kinds, with x as value: the surface of the value v is
-/// the square x = v.
+/// The unit cube as 4 x 4 x 4 cells in each of the six volume mesh kinds, with x as value: the surface of the value v
+/// is the square x = v.
 class VolumeMeshes {
 public:
   static constexpr std::size_t N = 4;
 
-  VolumeMeshes() : arrays(KbMeshMaker::hexahedra({N, N, N}, 0.0, [](const KbVec3<double>& p) { return p[0]; })) {
+  VolumeMeshes()
+      : arrays(KbMeshMaker::hexahedra({N, N, N}, 0.0, [](const KbVec3<double>& p) { return p[0]; })) {
     for (std::size_t i = 0; i <= N; ++i)
       axis.push_back(static_cast<float>(i) / N);
     for (std::size_t j = 0; j <= N; ++j)
@@ -44,8 +45,8 @@ public:
     nodeSetI = std::make_unique<KbScalarSetI>("x", DataBinding::PER_NODE, arrays.values);
     cellSetI = std::make_unique<KbScalarSetI>("x", DataBinding::PER_CELL, cellValues);
     colorSetI = std::make_unique<KbScalarSetI>("100 x", DataBinding::PER_NODE, colorValues);
-    nodeSetIjk = std::make_unique<KbScalarSetIjk>("x", DataBinding::PER_NODE, arrays.values,
-                                                  KbIndex<3>{N + 1, N + 1, N + 1});
+    nodeSetIjk =
+        std::make_unique<KbScalarSetIjk>("x", DataBinding::PER_NODE, arrays.values, KbIndex<3>{N + 1, N + 1, N + 1});
     cellSetIjk = std::make_unique<KbScalarSetIjk>("x", DataBinding::PER_CELL, cellValues, KbIndex<3>{N, N, N});
   }
 

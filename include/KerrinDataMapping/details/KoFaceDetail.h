@@ -5,6 +5,9 @@
 #include <KerrinDataMapping/details/KoSurfaceMeshDetail.h>
 #include <Nyx/details/NxFaceDetail.h>
 
+// Exported once for all: a template argument that is imported would hide the instance.
+extern template class KERRIN_DATAMAPPING_API KoCellDetail<NxFaceDetail, KoSurfaceMeshDetail>;
+
 /// A picked face of an extracted mesh, and the data values at the picked point.
 class KERRIN_DATAMAPPING_API KoFaceDetail : public KoCellDetail<NxFaceDetail, KoSurfaceMeshDetail> {
   NX_DETAIL_HEADER(KoFaceDetail);

@@ -3,6 +3,8 @@
 
 #include <KerrinDataMapping/details/KoFaceDetail.h>
 
+extern template class KERRIN_DATAMAPPING_API KoCellDetailI<KoFaceDetail>;
+
 /// A picked face with the flat index of the application's cell that it came from.
 class KERRIN_DATAMAPPING_API KoFaceDetailI : public KoCellDetailI<KoFaceDetail> {
   NX_DETAIL_HEADER(KoFaceDetailI);

@@ -3,6 +3,8 @@
 
 #include <KerrinDataMapping/details/KoFaceDetail.h>
 
+extern template class KERRIN_DATAMAPPING_API KoCellDetailIj<KoFaceDetail>;
+
 /// A picked face with the indices i and j of the application's cell that it came from.
 class KERRIN_DATAMAPPING_API KoFaceDetailIj : public KoCellDetailIj<KoFaceDetail> {
   NX_DETAIL_HEADER(KoFaceDetailIj);

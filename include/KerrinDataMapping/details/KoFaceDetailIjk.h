@@ -3,6 +3,8 @@
 
 #include <KerrinDataMapping/details/KoFaceDetail.h>
 
+extern template class KERRIN_DATAMAPPING_API KoCellDetailIjk<KoFaceDetail>;
+
 /// A picked face with the indices i, j and k of the application's cell that it came from.
 class KERRIN_DATAMAPPING_API KoFaceDetailIjk : public KoCellDetailIjk<KoFaceDetail> {
   NX_DETAIL_HEADER(KoFaceDetailIjk);

@@ -5,6 +5,9 @@
 #include <KerrinDataMapping/details/KoLineMeshDetail.h>
 #include <Nyx/details/NxLineDetail.h>
 
+// Exported once for all: a template argument that is imported would hide the instance.
+extern template class KERRIN_DATAMAPPING_API KoCellDetail<NxLineDetail, KoLineMeshDetail>;
+
 /// A picked line of an extracted mesh, and the data values at the picked point.
 class KERRIN_DATAMAPPING_API KoLineDetail : public KoCellDetail<NxLineDetail, KoLineMeshDetail> {
   NX_DETAIL_HEADER(KoLineDetail);

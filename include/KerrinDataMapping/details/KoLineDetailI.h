@@ -3,6 +3,8 @@
 
 #include <KerrinDataMapping/details/KoLineDetail.h>
 
+extern template class KERRIN_DATAMAPPING_API KoCellDetailI<KoLineDetail>;
+
 /// A picked line with the flat index of the application's cell that it came from.
 class KERRIN_DATAMAPPING_API KoLineDetailI : public KoCellDetailI<KoLineDetail> {
   NX_DETAIL_HEADER(KoLineDetailI);

@@ -3,6 +3,8 @@
 
 #include <KerrinDataMapping/details/KoLineDetail.h>
 
+extern template class KERRIN_DATAMAPPING_API KoCellDetailIj<KoLineDetail>;
+
 /// A picked line with the indices i and j of the application's cell that it came from.
 class KERRIN_DATAMAPPING_API KoLineDetailIj : public KoCellDetailIj<KoLineDetail> {
   NX_DETAIL_HEADER(KoLineDetailIj);

@@ -3,6 +3,8 @@
 
 #include <KerrinDataMapping/details/KoLineDetail.h>
 
+extern template class KERRIN_DATAMAPPING_API KoCellDetailIjk<KoLineDetail>;
+
 /// A picked line with the indices i, j and k of the application's cell that it came from.
 class KERRIN_DATAMAPPING_API KoLineDetailIjk : public KoCellDetailIjk<KoLineDetail> {
   NX_DETAIL_HEADER(KoLineDetailIjk);
