@@ -6,7 +6,8 @@
 #include <Nyx/fields/NxSFFloat.h>
 #include <Nyx/nodes/NxPropertyNode.h>
 
-/// What all lights have in common. A light shines on what follows it within its separator.
+/// What all lights have in common. A light shines on what follows it within its separator. Eight lights, the headlight
+/// included, shine at once; further ones are passed over.
 class NYX_CORE_API NxLight : public NxPropertyNode {
   NX_NODE_ABSTRACT_HEADER(NxLight);
 
