@@ -18,6 +18,7 @@ namespace kx {
 namespace {
 
 constexpr std::size_t CHUNK = 4096;      // cells; local numbers fit 16 bits
+constexpr std::size_t BOX_CELLS = 64;    // cells with a common box; a chunk is a multiple
 constexpr unsigned NODE_BLOCK_BITS = 12; // nodes that get their vertex numbers in one step
 constexpr std::size_t NODE_BLOCK = std::size_t{1} << NODE_BLOCK_BITS;
 constexpr std::size_t TRANSLATION = 65536; // indices
@@ -208,9 +209,10 @@ void EdgePolygoniser::buildIndex(Job& job) {
   const std::size_t numNodes = mesh.endNode - std::min(mesh.beginNode, mesh.endNode);
   double low = std::numeric_limits<double>::infinity();
   double high = -low;
-  for (std::size_t s = 0; s < std::min(SAMPLES, numNodes); ++s) {
+  const bool isFunction = std::holds_alternative<FunctionValues>(job.field);
+  m_boxes.resize(isFunction ? numBlocks(mesh.numCells, BOX_CELLS) : 0);
+  for (std::size_t s = 0; s < std::min(SAMPLES, numNodes) && !isFunction; ++s) {
     const std::size_t node = mesh.beginNode + s * numNodes / std::min(SAMPLES, numNodes);
-    if (mesh.slotBits > 0 && std::holds_alternative<FunctionValues>(job.field)) break; // a slot may not exist
     const double v = job.value(node << mesh.slotBits);
     if (!std::isfinite(v)) continue;
     low = std::min(low, v);
@@ -265,7 +267,7 @@ void EdgePolygoniser::buildIndex(Job& job) {
             job.faults.add(Faults::NODE_OUT_OF_RANGE, cell);
             continue;
           }
-          hasValues = range(nodes, count, least, greatest);
+          if (!isFunction) hasValues = range(nodes, count, least, greatest);
         } else {
           if (code == UNREADABLE || !mesh.loadPolyhedron(cell, faces, all)) {
             job.faults.add(Faults::UNREADABLE_CELL, cell);
@@ -275,7 +277,12 @@ void EdgePolygoniser::buildIndex(Job& job) {
             job.faults.add(Faults::NODE_OUT_OF_RANGE, cell);
             continue;
           }
-          hasValues = range(all, all.size(), least, greatest);
+          if (!isFunction) hasValues = range(all, all.size(), least, greatest);
+        }
+        if (isFunction) {
+          m_low[cell] = 0;
+          m_high[cell] = 255;
+          continue;
         }
         if (!hasValues || least == greatest) continue;
         m_low[cell] = step(least);
@@ -283,6 +290,40 @@ void EdgePolygoniser::buildIndex(Job& job) {
       }
     };
     std::visit(index, mesh.cells, job.field);
+    if (isFunction) buildBoxes(job, begin, end);
+  });
+}
+
+void EdgePolygoniser::buildBoxes(const Job& job, std::size_t begin, std::size_t end) {
+  const MeshView& mesh = job.mesh;
+  job.withCells([&](const auto& cells) {
+    CellNodes nodes;
+    std::vector<std::vector<std::size_t>> faces;
+    std::vector<std::size_t> all;
+    for (std::size_t base = begin; base < end; base += BOX_CELLS) {
+      Box box{KbVec3<double>(std::numeric_limits<double>::infinity()),
+              KbVec3<double>(-std::numeric_limits<double>::infinity())};
+      const auto add = [&](std::size_t id) {
+        const KbVec3<double> p = mesh.points[id];
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+          // Ordered so that a coordinate that is not a number leaves the box alone; its cells are refused when crossed.
+          if (p[axis] < box.low[axis]) box.low[axis] = p[axis];
+          if (p[axis] > box.high[axis]) box.high[axis] = p[axis];
+        }
+      };
+      for (std::size_t cell = base; cell < std::min(base + BOX_CELLS, end); ++cell) {
+        if (m_low[cell] > m_high[cell]) continue;
+        const CellCode code = cells.load(cell, nodes);
+        if (code < POLYHEDRON) {
+          for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
+            add(nodes[i]);
+        } else if (mesh.loadPolyhedron(cell, faces, all)) {
+          for (const std::size_t id : all)
+            add(id);
+        }
+      }
+      m_boxes[base / BOX_CELLS] = box;
+    }
   });
 }
 
@@ -290,6 +331,9 @@ void EdgePolygoniser::classify(Job& job) {
   const MeshView& mesh = job.mesh;
   const double scaled = (job.isovalue - m_base) * m_scale;
   const auto isoStep = static_cast<std::uint8_t>(scaled > 0.0 ? (scaled < 255.0 ? scaled : 255.0) : 0.0);
+
+  const auto* functionField = std::get_if<FunctionValues>(&job.field);
+  const ImplicitFunction* function = functionField ? functionField->function : nullptr;
 
   job.run.phase("classify", m_chunks.size(), [&](std::size_t number) {
     Chunk& chunk = m_chunks[number];
@@ -331,7 +375,12 @@ void EdgePolygoniser::classify(Job& job) {
 
     const auto walk = [&](const auto& cells, const auto& values) {
       CellNodes nodes;
+      static_assert(BOX_CELLS == 64, "a box covers the cells of one word of bits");
       for (std::size_t base = begin; base < end; base += 64) {
+        if (function) {
+          const Box& box = m_boxes[base / BOX_CELLS];
+          if (!(box.low[0] <= box.high[0]) || !function->boundsIn(box.low, box.high).hasZero()) continue;
+        }
         std::uint64_t bits =
             candidates(m_low.data() + base, m_high.data() + base, std::min<std::size_t>(64, end - base), isoStep);
         for (; bits != 0; bits &= bits - 1) {
@@ -344,10 +393,16 @@ void EdgePolygoniser::classify(Job& job) {
           const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
           unsigned caseNumber = 0;
           bool isExact = false;
+          double notFinite = 0.0;
           for (std::size_t i = 0; i < count; ++i) {
             const double v = values(nodes[i]);
             caseNumber |= static_cast<unsigned>(v >= job.isovalue) << i;
             isExact |= v == job.isovalue;
+            notFinite += v - v;
+          }
+          if (notFinite != 0.0) {
+            job.faults.add(Faults::COORDINATE_NOT_FINITE, cell); // the index has kept such values of sets away
+            continue;
           }
           const CaseTable::Case& c = CaseTable::of(code)[caseNumber];
           if (c.numPolygons == 0) continue;

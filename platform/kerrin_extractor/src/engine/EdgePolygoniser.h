@@ -25,7 +25,8 @@ namespace kx {
 class EdgePolygoniser {
 public:
   static std::size_t numPhases(bool buildsIndex) { return buildsIndex ? 5 : 4; }
-  /// With `buildsIndex` false the index of the call before is used: mesh, filter and field must be the same.
+  /// With `buildsIndex` false the index of the call before is used: mesh, filter and field must be the same, but for
+  /// the parameters of a function of space.
   void cut(Run& run, const MeshView& mesh, const ScalarField& field, double isovalue, bool buildsIndex,
            SurfaceData& output, Faults& faults);
 
@@ -52,17 +53,26 @@ private:
   struct Job;
 
   void buildIndex(Job& job);
+  void buildBoxes(const Job& job, std::size_t begin, std::size_t end);
   void classify(Job& job);
   void collectEdges(Job& job);
   void placeVertices(Job& job);
   void numberPolygons(Job& job);
   std::uint32_t findEdge(const Job& job, std::size_t a, std::size_t b, std::size_t& nextFree);
 
+  /// Box around the nodes of `BOX_CELLS` cells.
+  struct Box {
+    KbVec3<double> low;
+    KbVec3<double> high;
+  };
+
   // The index: per cell the steps of its least and greatest value; least > greatest for cells that yield nothing.
   Array<std::uint8_t> m_low;
   Array<std::uint8_t> m_high;
   /// What is known of a cell's corners (see `CellState` of the source); 0 until the cell is first crossed.
   Array<std::uint8_t> m_states;
+  /// Of functions of space: the cells' boxes instead of their values, which change with every parameter.
+  std::vector<Box> m_boxes;
   double m_base = 0.0;
   double m_scale = 0.0;
 

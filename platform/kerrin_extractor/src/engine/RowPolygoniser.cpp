@@ -343,21 +343,25 @@ void withPoints(const PointView& view, Visit&& visit) {
 
 struct FunctionRow {
   const ImplicitFunction* function;
-  const PointView* points;
+  const std::array<std::vector<double>, 3>* axes;
   std::size_t j;
   std::size_t k;
-  double operator()(std::size_t i) const {
-    if (points->kind == PointView::Kind::AXES)
-      return (*function)({points->axes[0][i], points->axes[1][j], points->axes[2][k]});
-    if (points->kind == PointView::Kind::GEOMETRY_IJK) return (*function)(points->geometryIjk->getCoord(i, j, k));
-    return (*function)((*points)[points->nodes.flat(i, j, k)]);
+
+  KbVec3<double> at(std::size_t i) const { return {(*axes)[0][i], (*axes)[1][j], (*axes)[2][k]}; }
+  double operator()(std::size_t i) const { return (*function)(at(i)); }
+  Bounds bounds(std::size_t begin, std::size_t size) const {
+    KbVec3<double> low = at(begin);
+    KbVec3<double> high = at(begin + size - 1);
+    if (low[0] > high[0]) std::swap(low[0], high[0]);
+    return function->boundsIn(low, high);
   }
 };
 
+/// A function of space on a grid with axes: it tells its range over a block without reading the block.
 struct FunctionGrid {
   FunctionValues values;
   using Row = FunctionRow;
-  Row row(std::size_t j, std::size_t k) const { return {values.function, values.points, j, k}; }
+  Row row(std::size_t j, std::size_t k) const { return {values.function, &values.points->axes, j, k}; }
 };
 
 /// Values by the kind of the field; flat sets don't occur on a grid.
@@ -417,7 +421,8 @@ struct RowPolygoniser::Job {
 
 bool RowPolygoniser::suits(const MeshView& mesh, const ScalarField& field) {
   return mesh.hasGridNodes && mesh.slotBits == 0 && !mesh.hasClosedCells() &&
-         !std::holds_alternative<SetIValues<double>>(field);
+         !std::holds_alternative<SetIValues<double>>(field) &&
+         (mesh.points.kind == PointView::Kind::AXES || !std::holds_alternative<FunctionValues>(field));
 }
 
 bool RowPolygoniser::cut(Run& run, const MeshView& mesh, const ScalarField& field, double isovalue, bool buildsIndex,
@@ -466,7 +471,9 @@ void RowPolygoniser::classify(Job& job, const Values& values, bool buildsIndex) 
   const std::size_t numBlocks = (numNodes + BLOCK - 1) / BLOCK;
   m_numWords = numNodes / GROUP + 2; // one word more than nodes fill, for windows that reach over the end
   m_bits.resize(m_numWords * job.numRows());
-  m_ranges.resize(2 * numBlocks * job.numRows());
+  m_sides.resize(job.numRows());
+  constexpr bool isFunction = std::is_same_v<Values, FunctionGrid>;
+  m_ranges.resize(isFunction ? 0 : 2 * numBlocks * job.numRows());
   if (buildsIndex) m_isIrregular = false;
   using Row = typename Values::Row;
   const BlockReader<Row> reader(job.isovalue);
@@ -475,16 +482,25 @@ void RowPolygoniser::classify(Job& job, const Values& values, bool buildsIndex) 
   job.run.phase("classify", job.numSteps(), [&](std::size_t step) {
     bool isExact = false;
     bool isStepFinite = true;
+    [[maybe_unused]] Bounds rowBounds{0.0, 0.0};
     job.forRows(step, [&](std::size_t rowNumber, std::size_t j, std::size_t k) {
       const Row row = values.row(j, k);
       std::uint32_t* words = m_bits.data() + rowNumber * m_numWords;
-      float* ranges = m_ranges.data() + 2 * rowNumber * numBlocks;
+      [[maybe_unused]] float* ranges = m_ranges.data() + (isFunction ? 0 : 2 * rowNumber * numBlocks);
       std::fill_n(words, m_numWords, 0u);
+      std::size_t numInside = 0;
       for (std::size_t b = 0; b < numBlocks; ++b) {
         const std::size_t begin = b * BLOCK;
         const std::size_t size = std::min(BLOCK, numNodes - begin);
         BlockBits bits;
-        if (buildsIndex) {
+        if constexpr (isFunction) {
+          if (b == 0) rowBounds = row.bounds(0, numNodes);
+          const Bounds bounds = rowBounds.hasZero() ? row.bounds(begin, size) : rowBounds;
+          if (bounds.hasZero())
+            bits = reader.bits(row, begin, size);
+          else if (bounds.low > 0.0)
+            bits.inside = headMask(size, 0);
+        } else if (buildsIndex) {
           BlockRange range;
           bits = reader.bitsAndRange(row, begin, size, range);
           ranges[2 * b] = range.low;
@@ -497,7 +513,9 @@ void RowPolygoniser::classify(Job& job, const Values& values, bool buildsIndex) 
         }
         words[begin / GROUP] |= bits.inside << (begin % GROUP);
         isExact |= bits.isExact;
+        numInside += static_cast<std::size_t>(std::popcount(bits.inside));
       }
+      m_sides[rowNumber] = numInside == 0 ? OUTSIDE : numInside == numNodes ? INSIDE : MIXED;
     });
     if (isExact) job.isIrregular.store(true, std::memory_order_relaxed);
     if (!isStepFinite) isFinite.store(false, std::memory_order_relaxed);
@@ -511,6 +529,11 @@ void RowPolygoniser::count(Job& job) {
   const RowCases& table = RowCases::instance();
   job.run.phase("count", job.numSteps(), [&](std::size_t step) {
     job.forRows(step, [&](std::size_t row, std::size_t j, std::size_t k) {
+      m_counts[row] = {};
+      const std::size_t nextJ = j < cells.j ? row + 1 : row;
+      const std::size_t up = k < cells.k ? job.mesh.nodeDims.j : 0;
+      const std::uint8_t side = m_sides[row];
+      if (side != MIXED && side == m_sides[nextJ] && side == m_sides[row + up] && side == m_sides[nextJ + up]) return;
       const Totals t =
           countRow(quadOf(m_bits.data() + row * m_numWords, m_numWords, j < cells.j, k < cells.k, job.mesh.nodeDims.j),
                    cells.i, j < cells.j && k < cells.k, table);

@@ -52,7 +52,9 @@ private:
   std::size_t m_numWords = 0; ///< words of 32 nodes a row
   Array<std::uint32_t> m_bits;
   bool m_isIrregular = false; ///< whether the field holds values that are not finite
-  Array<float> m_ranges;      ///< least and greatest value of each block of nodes
+  enum Side : std::uint8_t { OUTSIDE, INSIDE, MIXED };
+  Array<std::uint8_t> m_sides; ///< of each row of nodes
+  Array<float> m_ranges;       ///< least and greatest value of each block of nodes
   std::vector<RowCounts> m_counts;
   std::vector<RowBegin> m_begins;
 };

@@ -52,10 +52,10 @@ void SurfaceCutter::dropUnusedSets() {
 }
 
 template <class Filter, class MakeField>
-void SurfaceCutter::extract(KiExtractorCallback* callback, double isovalue, const Inputs& inputs, const Filter* filter,
-                            const MakeField& makeField) {
+void SurfaceCutter::extract(KiExtractorCallback* callback, const Parameters& parameters, double isovalue,
+                            const Inputs& inputs, const Filter* filter, const MakeField& makeField) {
   const bool isSameField = m_isValid && inputs == m_inputs;
-  if (isSameField && isovalue == m_isovalue) {
+  if (isSameField && parameters == m_parameters) {
     const Run nothingToDo(callback, m_parallel, m_name, {}, 0);
     return;
   }
@@ -70,8 +70,6 @@ void SurfaceCutter::extract(KiExtractorCallback* callback, double isovalue, cons
     std::optional<ScalarField> field;
     if (!mesh.fault.empty())
       faults.post(mesh.fault);
-    else if (!std::isfinite(isovalue))
-      faults.post("the isovalue " + std::to_string(isovalue) + " is not finite");
     else
       field = makeField(mesh, faults);
     polygonise(callback, {true, true, isNewSet}, mesh, field ? &*field : nullptr, isovalue, faults);
@@ -83,7 +81,7 @@ void SurfaceCutter::extract(KiExtractorCallback* callback, double isovalue, cons
   }
   m_output.commit(mesh.isStructured, mesh.cellDims);
   m_inputs = inputs;
-  m_isovalue = isovalue;
+  m_parameters = parameters;
   m_isValid = true;
   faults.post();
 }
@@ -152,18 +150,42 @@ const KeXSurfaceMeshUnstructured& SurfaceCutter::cutBySet(KiExtractorCallback* c
                       set.getTimeStamp(),
                       static_cast<const KiCellFilter*>(filter),
                       filter ? filter->getTimeStamp() : 0};
-  extract(callback, isovalue, inputs, filter, [&](const MeshView& mesh, Faults& faults) -> std::optional<ScalarField> {
-    std::string fault;
-    const std::optional<SetView<double>> view = viewFor(mesh, set, fault);
-    if (!view) {
-      faults.post(!fault.empty() ? fault : "the set \"" + set.getName() + "\" " + WRONG_FORM);
-      return std::nullopt;
-    }
-    if (set.getBinding() == DataBinding::PER_NODE) return toField(*view);
-    if (!m_hasNodeAverages) averageToNodes(mesh, *view);
-    m_hasNodeAverages = true;
-    return ScalarField(ArrayValues<double, double>{m_nodeAverages.data(), mesh.slotBits});
-  });
+  extract(callback, {isovalue}, isovalue, inputs, filter,
+          [&](const MeshView& mesh, Faults& faults) -> std::optional<ScalarField> {
+            if (!std::isfinite(isovalue)) {
+              faults.post("the isovalue " + std::to_string(isovalue) + " is not finite");
+              return std::nullopt;
+            }
+            std::string fault;
+            const std::optional<SetView<double>> view = viewFor(mesh, set, fault);
+            if (!view) {
+              faults.post(!fault.empty() ? fault : "the set \"" + set.getName() + "\" " + WRONG_FORM);
+              return std::nullopt;
+            }
+            if (set.getBinding() == DataBinding::PER_NODE) return toField(*view);
+            if (!m_hasNodeAverages) averageToNodes(mesh, *view);
+            m_hasNodeAverages = true;
+            return ScalarField(ArrayValues<double, double>{m_nodeAverages.data(), mesh.slotBits});
+          });
+  return m_output;
+}
+
+template <class Filter>
+const KeXSurfaceMeshUnstructured& SurfaceCutter::cutByFunction(KiExtractorCallback* callback,
+                                                               const ImplicitFunction& function, const Filter* filter) {
+  const auto [topologyStamp, geometryStamp] = m_stamps();
+  const Inputs inputs{topologyStamp,
+                      geometryStamp,
+                      nullptr,
+                      0,
+                      static_cast<const KiCellFilter*>(filter),
+                      filter ? filter->getTimeStamp() : 0};
+  extract(callback, function.parameters(), 0.0, inputs, filter,
+          [&](const MeshView& mesh, Faults& faults) -> std::optional<ScalarField> {
+            if (function.fault() == nullptr) return ScalarField(FunctionValues{&function, &mesh.points});
+            faults.post(function.fault());
+            return std::nullopt;
+          });
   return m_output;
 }
 
@@ -236,6 +258,10 @@ template const Surface& SurfaceCutter::cutBySet(KiExtractorCallback*, double, co
                                                 const KiCellFilterIjk*);
 template const Surface& SurfaceCutter::cutBySet(KiExtractorCallback*, double, const KiDataSetIjk<double>&,
                                                 const KiCellFilterIjk*);
+template const Surface& SurfaceCutter::cutByFunction(KiExtractorCallback*, const ImplicitFunction&,
+                                                     const KiCellFilterI*);
+template const Surface& SurfaceCutter::cutByFunction(KiExtractorCallback*, const ImplicitFunction&,
+                                                     const KiCellFilterIjk*);
 template const KeXDataSetI<double>* SurfaceCutter::mapSet(KiExtractorCallback*, const KiDataSetI<double>&);
 template const KeXDataSetI<double>* SurfaceCutter::mapSet(KiExtractorCallback*, const KiDataSetIjk<double>&);
 template const KeXDataSetI<KbVec3<double>>* SurfaceCutter::mapSet(KiExtractorCallback*,

@@ -7,6 +7,7 @@
 
 #include <KerrinExtractor/KiExtractorCallback.h>
 
+#include <array>
 #include <functional>
 #include <map>
 #include <memory>
@@ -34,6 +35,11 @@ public:
   const KeXSurfaceMeshUnstructured& cutBySet(KiExtractorCallback* callback, double isovalue, const Set& set,
                                              const Filter* filter);
 
+  /// The section where a function of space is zero.
+  template <class Filter>
+  const KeXSurfaceMeshUnstructured& cutByFunction(KiExtractorCallback* callback, const ImplicitFunction& function,
+                                                  const Filter* filter);
+
   /// Maps a set of `double` or `KbVec3<double>` onto the output: linearly along the cut edges, or the input cell's
   /// value for `PER_CELL` sets. The same set with the same stamp gives the same object. Null when the set does not
   /// suit.
@@ -43,7 +49,9 @@ public:
   const KeXSurfaceMeshUnstructured& output() const { return m_output; }
 
 private:
-  /// All that the output depends on, besides the isovalue.
+  /// Isovalue, or the parameters of a function.
+  using Parameters = std::array<double, 7>;
+  /// All that the output depends on, besides the parameters.
   struct Inputs {
     std::size_t topologyStamp = 0;
     std::size_t geometryStamp = 0;
@@ -64,8 +72,8 @@ private:
 
   /// Runs the extraction frame around `makeField(mesh, faults)`, which yields the field or nothing.
   template <class Filter, class MakeField>
-  void extract(KiExtractorCallback* callback, double isovalue, const Inputs& inputs, const Filter* filter,
-               const MakeField& makeField);
+  void extract(KiExtractorCallback* callback, const Parameters& parameters, double isovalue, const Inputs& inputs,
+               const Filter* filter, const MakeField& makeField);
   void polygonise(KiExtractorCallback* callback, const Changes& changes, const MeshView& mesh, const ScalarField* field,
                   double isovalue, Faults& faults);
   void averageToNodes(const MeshView& mesh, const SetView<double>& cellValues);
@@ -77,9 +85,9 @@ private:
   bool m_parallel;
   std::string m_name;
 
-  bool m_isValid = false; ///< whether the output belongs to m_inputs and m_isovalue
+  bool m_isValid = false; ///< whether the output belongs to m_inputs and m_parameters
   Inputs m_inputs;
-  double m_isovalue = 0.0;
+  Parameters m_parameters{};
   SurfaceMesh m_output;
 
   EdgePolygoniser m_edges;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "ImplicitFunction.h"
 #include "PointView.h"
 
 #include <KerrinExtractor/KiDataSetI.h>
@@ -45,13 +46,6 @@ struct SetIjkValues {
     const auto [i, j, k] = dims.split(id >> slotBits);
     return set->get(i, j, k);
   }
-};
-
-/// A function of space whose zero surface is a section: positive inside.
-class ImplicitFunction {
-public:
-  virtual ~ImplicitFunction() = default;
-  virtual double operator()(const KbVec3<double>& point) const = 0;
 };
 
 struct FunctionValues {
