@@ -2,8 +2,8 @@
 #include <KerrinDataMapping/nodes/KoMeshBaseRepresentation.h>
 #include <Nyx/actions/NxAction.h>
 #include <Nyx/actions/NxWriteAction.h>
-#include <Nyx/misc/NxChildList.h>
 #include <Nyx/io/NxOutput.h>
+#include <Nyx/misc/NxChildList.h>
 #include <Nyx/nodes/NxSeparator.h>
 
 NX_NODE_ABSTRACT_SOURCE(KoMeshBaseRepresentation, KoActionNode)

@@ -31,29 +31,29 @@ void KoMeshIsosurface::doExtract(NxAction* action) {
   MeshType type = UNDEFINED_MESH_TYPE;
   const KiMesh* mesh = getMeshFromState(state, type);
   if (!mesh) return;
-  if (getDriver().getMeshType() != type) {
+  if (getDriverType() != type) {
     switch (type) {
     case VOLUME_UNSTRUCTURED:
-      setDriver(std::make_unique<KdMeshIsosurface<VOLUME_UNSTRUCTURED>>(*this));
+      setDriver(type, std::make_unique<KdMeshIsosurface<VOLUME_UNSTRUCTURED>>(*this));
       break;
     case VOLUME_HEXAHEDRON_IJK:
-      setDriver(std::make_unique<KdMeshIsosurface<VOLUME_HEXAHEDRON_IJK>>(*this));
+      setDriver(type, std::make_unique<KdMeshIsosurface<VOLUME_HEXAHEDRON_IJK>>(*this));
       break;
     case VOLUME_VERTEX_HEXAHEDRON_IJK:
-      setDriver(std::make_unique<KdMeshIsosurface<VOLUME_VERTEX_HEXAHEDRON_IJK>>(*this));
+      setDriver(type, std::make_unique<KdMeshIsosurface<VOLUME_VERTEX_HEXAHEDRON_IJK>>(*this));
       break;
     case VOLUME_REGULAR:
-      setDriver(std::make_unique<KdMeshIsosurface<VOLUME_REGULAR>>(*this));
+      setDriver(type, std::make_unique<KdMeshIsosurface<VOLUME_REGULAR>>(*this));
       break;
     case VOLUME_RECTILINEAR:
-      setDriver(std::make_unique<KdMeshIsosurface<VOLUME_RECTILINEAR>>(*this));
+      setDriver(type, std::make_unique<KdMeshIsosurface<VOLUME_RECTILINEAR>>(*this));
       break;
     case VOLUME_CURVILINEAR:
-      setDriver(std::make_unique<KdMeshIsosurface<VOLUME_CURVILINEAR>>(*this));
+      setDriver(type, std::make_unique<KdMeshIsosurface<VOLUME_CURVILINEAR>>(*this));
       break;
     default:
       NxDebugError::postWarning("KdMeshIsosurface::doExtract", "Cannot compute isosurface on this type of mesh.");
-      setDriver(std::make_unique<KdUndefinedMeshRepresentation>(*this));
+      setDriver(type, std::make_unique<KdUndefinedMeshRepresentation>(*this));
     }
   }
   getDriver().doExtract(state, mesh);

@@ -34,7 +34,10 @@ KoMeshRepresentation::KoMeshRepresentation()
 
 KoMeshRepresentation::~KoMeshRepresentation() = default;
 
-void KoMeshRepresentation::setDriver(std::unique_ptr<KdMeshRepresentation> driver) { m_driver = std::move(driver); }
+void KoMeshRepresentation::setDriver(MeshType type, std::unique_ptr<KdMeshRepresentation> driver) {
+  m_driver = std::move(driver);
+  m_driverType = type;
+}
 
 const KiMesh* KoMeshRepresentation::getExtractedMesh(MeshType& type) const { return m_driver->getExtractedMesh(type); }
 

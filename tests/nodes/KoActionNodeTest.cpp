@@ -81,7 +81,7 @@ TEST_F(KoActionNodeTest, WriteWritesTheFields) {
   output.setBuffer();
   NxWriteAction action(&output);
   action.apply(style.get());
-  EXPECT_EQ(output.getBuffer(), "#Nyx V1.0 ascii\nKoDrawStyle {\n  displayEdges TRUE\n}\n");
+  EXPECT_EQ(output.getBuffer(), "#Nyx V1.0 ascii\n\nKoDrawStyle {\n  displayEdges TRUE\n}\n");
 }
 
 TEST_F(KoActionNodeTest, ClassesOfTheLibraryAreNotBuiltIn) { EXPECT_EQ(node->getIsBuiltIn(), 0); }

@@ -38,11 +38,12 @@ const std::string NO_SET = "KoMeshIsosurface: Cannot find a compatible scalartse
 /// Counts what an extraction reports.
 class CountingCallback : public KiExtractorCallback {
 public:
-  int begins = 0, changes = 0, phases = 0;
+  int begins = 0, meshChanges = 0, dataChanges = 0, phases = 0;
   bool goOn = true;
   void beginExtract(std::string, bool geometry, bool topology, bool data, std::size_t) override {
     ++begins;
-    if (geometry || topology || data) ++changes;
+    if (geometry || topology) ++meshChanges;
+    if (data) ++dataChanges;
   }
   void endExtract() override {}
   bool beginPhase(std::size_t, std::string, std::size_t) override {
@@ -287,17 +288,21 @@ TEST_F(KoMeshIsosurfaceTest, AnotherMeshOfTheTypeMakesANewExtractor) {
   CountingCallback callback;
   isosurface->setExtractorCallback(&callback);
   traverse();
-  EXPECT_EQ(callback.changes, 1);
+  EXPECT_EQ(callback.meshChanges, 1);
+  const int dataChanges = callback.dataChanges;
+  EXPECT_GT(dataChanges, 0);
+  const int begins = callback.begins;
   traverse();
-  EXPECT_EQ(callback.begins, 2);
-  EXPECT_EQ(callback.changes, 1) << "nothing has changed";
+  EXPECT_GT(callback.begins, begins) << "the extractor is asked each time";
+  EXPECT_EQ(callback.meshChanges, 1) << "and finds that nothing has changed";
+  EXPECT_EQ(callback.dataChanges, dataChanges);
   const std::size_t stamp = isosurface->getTimeStamp();
   const KbVolumeMeshRegular other({4, 4, 4}, {0, 0, 0}, {1, 2, 1});
   meshNode->setMesh(&other);
   traverse();
   EXPECT_GT(isosurface->getTimeStamp(), stamp);
   EXPECT_NEAR(areaOf(extracted()), 2.0, 1e-6);
-  EXPECT_EQ(callback.changes, 2);
+  EXPECT_EQ(callback.meshChanges, 2);
 }
 
 TEST_F(KoMeshIsosurfaceTest, ATouchOfTheMeshNodeDoesNotClear) {
@@ -347,12 +352,13 @@ TEST_F(KoMeshIsosurfaceTest, TheApplicationsCallbackWatchesAndCannotStop) {
   isosurface->setExtractorCallback(callback);
   use(VOLUME_UNSTRUCTURED);
   traverse();
-  EXPECT_EQ(callback.begins, 1);
+  const int begins = callback.begins;
+  EXPECT_GT(begins, 0);
   EXPECT_GT(callback.phases, 0);
   EXPECT_NEAR(areaOf(extracted()), 1.0, 1e-6);
   isosurface->setExtractorCallback(nullptr);
   traverse();
-  EXPECT_EQ(callback.begins, 1);
+  EXPECT_EQ(callback.begins, begins);
 }
 
 TEST_F(KoMeshIsosurfaceTest, FieldsMakeTheNodeModifiedUntilATraversalHasFinished) {

@@ -74,7 +74,9 @@ protected:
   KiTessellator* getTessellatorFromState(NxState* state, bool keepOutput);
 
   KdMeshRepresentation& getDriver() const { return *m_driver; }
-  void setDriver(std::unique_ptr<KdMeshRepresentation> driver);
+  /// The mesh type that the driver was chosen for; an unsupported one has the undefined driver.
+  MeshType getDriverType() const { return m_driverType; }
+  void setDriver(MeshType type, std::unique_ptr<KdMeshRepresentation> driver);
 
 private:
   friend class KdUndefinedMeshRepresentation;
@@ -84,6 +86,7 @@ private:
   static void parallelFieldSensorCB(void* data, NxSensor* sensor);
 
   std::unique_ptr<KdMeshRepresentation> m_driver;
+  MeshType m_driverType = UNDEFINED_MESH_TYPE;
   KiExtractorCallback* m_extractorCallback = nullptr;
   NxFieldSensor m_parallelSensor;
   std::unique_ptr<KoMeshDetail> m_meshDetail;
