@@ -31,10 +31,12 @@ int main(int argc, char** argv) {
   KiKerrin::init();
   bool ok = true;
   std::size_t numRun = 0;
-  for (const peer::Case& testCase : peer::isosurfaceCases()) {
-    if (!names.empty() && std::find(names.begin(), names.end(), testCase.name) == names.end()) continue;
-    ok = peer::runCase(testCase, numThreads) && ok;
-    ++numRun;
+  for (const auto family : {peer::isosurfaceCases, peer::isolineCases}) {
+    for (const peer::Case& testCase : family()) {
+      if (!names.empty() && std::find(names.begin(), names.end(), testCase.name) == names.end()) continue;
+      ok = peer::runCase(testCase, numThreads) && ok;
+      ++numRun;
+    }
   }
   KiKerrin::finish();
   if (numRun == 0) std::fprintf(stderr, "no such case\n");

@@ -2,7 +2,6 @@
 #include "FaceCutter.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 namespace kx {
@@ -14,13 +13,6 @@ KbVec3<double> areaVector(std::span<const KbVec3<double>> corners) {
   for (std::size_t i = 1; i + 1 < corners.size(); ++i)
     sum += (corners[i] - corners[0]).cross(corners[i + 1] - corners[0]);
   return sum;
-}
-
-std::uint64_t hashOf(const NodeEdge& edge) {
-  // Multiplicative hashing by 2^64 divided by the golden ratio (Knuth, The art of computer programming 3, 6.4).
-  std::uint64_t h = static_cast<std::uint64_t>(edge.a) * 0x9e3779b97f4a7c15u;
-  h = (h ^ h >> 32 ^ static_cast<std::uint64_t>(edge.b)) * 0x9e3779b97f4a7c15u;
-  return h ^ h >> 29;
 }
 
 } // namespace
@@ -37,9 +29,11 @@ bool isConvexPolygon(std::span<const KbVec3<double>> corners) {
   if (n == 3) return true;
   const KbVec3<double> normal = areaVector(corners);
   const double tolerance = -1e-12 * normal.squaredLength();
+  KbVec3<double> side = corners[0] - corners[n - 1];
   for (std::size_t i = 0; i < n; ++i) {
-    const KbVec3<double>& p = corners[(i + 1) % n];
-    if ((p - corners[i]).cross(corners[(i + 2) % n] - p).dot(normal) < tolerance) return false;
+    const KbVec3<double> nextSide = corners[i + 1 < n ? i + 1 : 0] - corners[i];
+    if (side.cross(nextSide).dot(normal) < tolerance) return false;
+    side = nextSide;
   }
   return true;
 }
@@ -89,34 +83,6 @@ void triangulatePolygon(std::span<const KbVec3<double>> corners, std::vector<std
     const std::size_t n = left.size();
     triangles.push_back({left[(ear + n - 1) % n], left[ear], left[(ear + 1) % n]});
     left.erase(left.begin() + static_cast<std::ptrdiff_t>(ear));
-  }
-}
-
-void EdgeNumbers::reset(std::size_t expected) {
-  m_edges.clear();
-  m_slots.assign(std::bit_ceil(std::max<std::size_t>(2 * expected, 16)), 0);
-}
-
-void EdgeNumbers::grow(std::size_t capacity) {
-  m_slots.assign(capacity, 0);
-  for (std::size_t e = 0; e < m_edges.size(); ++e) {
-    std::size_t slot = hashOf(m_edges[e]) & (capacity - 1);
-    while (m_slots[slot] != 0)
-      slot = (slot + 1) & (capacity - 1);
-    m_slots[slot] = static_cast<std::uint32_t>(e + 1);
-  }
-}
-
-std::size_t EdgeNumbers::numberOf(const NodeEdge& edge) {
-  if (2 * m_edges.size() >= m_slots.size()) grow(2 * m_slots.size());
-  const std::size_t mask = m_slots.size() - 1;
-  for (std::size_t slot = hashOf(edge) & mask;; slot = (slot + 1) & mask) {
-    if (m_slots[slot] == 0) {
-      m_edges.push_back(edge);
-      m_slots[slot] = static_cast<std::uint32_t>(m_edges.size());
-      return m_edges.size() - 1;
-    }
-    if (m_edges[m_slots[slot] - 1] == edge) return m_slots[slot] - 1;
   }
 }
 

@@ -2,11 +2,10 @@
 #pragma once
 
 #include "FlatMesh.h"
+#include "Numbers.h"
 
 #include <array>
-#include <cstdint>
 #include <span>
-#include <utility>
 #include <vector>
 
 namespace kx {
@@ -16,6 +15,7 @@ struct NodeEdge {
   std::size_t a;
   std::size_t b;
   friend bool operator==(const NodeEdge&, const NodeEdge&) = default;
+  friend std::uint64_t hashOf(const NodeEdge& edge) { return mixHash(mixHash(0, edge.a), edge.b); }
 };
 
 /// Splits a simple, possibly concave polygon into triangles of its corner numbers by clipping ears (G. H. Meisters,
@@ -25,6 +25,34 @@ void triangulatePolygon(std::span<const KbVec3<double>> corners, std::vector<std
 
 /// Whether no corner of a polygon turns against its mean normal.
 bool isConvexPolygon(std::span<const KbVec3<double>> corners);
+
+/// Cuts a convex face, given by local numbers of its corners. `ids` and `values` belong to the corners of the whole
+/// face.
+template <class Corners, class Emit>
+void cutConvexFace(const Corners& corners, const std::vector<std::size_t>& ids, const double* values, double isovalue,
+                   const Emit& emit) {
+  const std::size_t n = corners.size();
+  const auto next = [n](std::size_t i) { return i + 1 < n ? i + 1 : 0; };
+  const auto isInside = [&](std::size_t i) { return values[corners[i]] >= isovalue; };
+  const auto edge = [&](std::size_t inside, std::size_t outside) {
+    const std::size_t a = ids[corners[inside]];
+    const std::size_t b = values[corners[inside]] == isovalue ? a : ids[corners[outside]];
+    return a < b ? NodeEdge{a, b} : NodeEdge{b, a};
+  };
+  for (std::size_t i = 0; i < n; ++i) {
+    const std::size_t first = next(i);
+    if (isInside(i) || !isInside(first)) continue;
+    std::size_t last = first;
+    std::size_t behind = next(last);
+    while (isInside(behind)) {
+      last = behind;
+      behind = next(last);
+    }
+    const NodeEdge from = edge(first, i);
+    const NodeEdge to = edge(last, behind);
+    if (!(from == to)) emit(from, to);
+  }
+}
 
 /// Cuts one face after the other where a field, known at the corners, takes a value.
 ///
@@ -54,57 +82,21 @@ public:
       m_order.resize(n);
       for (std::size_t i = 0; i < n; ++i)
         m_order[i] = i;
-      cutConvex(m_order, face, values, isovalue, emit);
+      cutConvexFace(m_order, face.ids, values, isovalue, emit);
       return DONE;
     }
     triangulatePolygon(m_corners, m_triangles);
     for (const std::array<std::size_t, 3>& triangle : m_triangles)
-      cutConvex(triangle, face, values, isovalue, emit);
+      cutConvexFace(triangle, face.ids, values, isovalue, emit);
     return DONE;
   }
 
   static bool isFinite(std::span<const KbVec3<double>> corners);
 
 private:
-  template <class Corners, class Emit>
-  static void cutConvex(const Corners& corners, const CellNodeList& face, const double* values, double isovalue,
-                        const Emit& emit) {
-    const std::size_t n = corners.size();
-    const auto value = [&](std::size_t i) { return values[corners[i % n]]; };
-    const auto edge = [&](std::size_t inside, std::size_t outside) {
-      const std::size_t a = face.ids[corners[inside % n]];
-      const std::size_t b = value(inside) == isovalue ? a : face.ids[corners[outside % n]];
-      return a < b ? NodeEdge{a, b} : NodeEdge{b, a};
-    };
-    for (std::size_t i = 0; i < n; ++i) {
-      if (value(i) >= isovalue || !(value(i + 1) >= isovalue)) continue;
-      std::size_t last = i + 1;
-      while (value(last + 1) >= isovalue)
-        ++last;
-      const NodeEdge from = edge(i + 1, i);
-      const NodeEdge to = edge(last, last + 1);
-      if (!(from == to)) emit(from, to);
-    }
-  }
-
   std::vector<KbVec3<double>> m_corners;
   std::vector<std::size_t> m_order;
   std::vector<std::array<std::size_t, 3>> m_triangles;
-};
-
-/// Numbers edges in the order in which they are first asked for.
-class EdgeNumbers {
-public:
-  /// Forgets everything; `expected` edges will need no growth.
-  void reset(std::size_t expected);
-  std::size_t numberOf(const NodeEdge& edge);
-  const std::vector<NodeEdge>& edges() const { return m_edges; }
-
-private:
-  void grow(std::size_t capacity);
-
-  std::vector<std::uint32_t> m_slots; ///< numbers plus one, 0 for none; the size is a power of two
-  std::vector<NodeEdge> m_edges;
 };
 
 } // namespace kx

@@ -71,8 +71,9 @@ void IsolineTracer::trace(Run& run, const FlatMesh& mesh, const ScalarField& fie
     levels.begins[s] += levels.begins[s - 1];
 
   Job job{run, mesh, field, isovalues, faults};
-  classify(job, levels, buildsIndex, true);
-  run.phase("trace", isovalues.size(), [&](std::size_t value) { cutValue(job, value, *lines[value]); });
+  cutChunks(job, levels, buildsIndex, true);
+  run.phase("join", isovalues.size(), [&](std::size_t value) { join(job, value, *lines[value]); });
+  m_chunks.clear();
 }
 
 void IsolineTracer::traceOnce(Run& run, const FlatMesh& mesh, const ScalarField& field, double isovalue, Isoline& line,
@@ -83,30 +84,32 @@ void IsolineTracer::traceOnce(Run& run, const FlatMesh& mesh, const ScalarField&
   std::fill(levels.begins.begin() + 1, levels.begins.end(), 1);
   const std::vector<double> isovalues{isovalue};
   Job job{run, mesh, field, isovalues, faults};
-  classify(job, levels, true, false);
-  run.phase("trace", 1, [&](std::size_t) { cutValue(job, 0, line); });
+  cutChunks(job, levels, true, false);
+  run.phase("join", 1, [&](std::size_t) { join(job, 0, line); });
+  m_chunks.clear();
 }
 
-void IsolineTracer::classify(Job& job, const Levels& levels, bool buildsIndex, bool usesIndex) {
+void IsolineTracer::cutChunks(Job& job, const Levels& levels, bool buildsIndex, bool usesIndex) {
   const FlatMesh& mesh = job.mesh;
   const std::size_t numValues = job.isovalues.size();
+  m_chunks.clear();
   m_chunks.resize((mesh.numCells + CHUNK - 1) / CHUNK);
   if (buildsIndex) {
     m_low.resize(usesIndex ? mesh.numCells : 0);
     m_high.resize(usesIndex ? mesh.numCells : 0);
   }
-  job.run.phase("classify", m_chunks.size(), [&](std::size_t number) {
+  job.run.phase("cut", m_chunks.size(), [&](std::size_t number) {
     Chunk& chunk = m_chunks[number];
-    chunk.crossings.clear();
     const std::size_t begin = number * CHUNK;
     const std::size_t end = std::min(begin + CHUNK, mesh.numCells);
     const bool hasClosedCells = mesh.hasClosedCells();
+    std::vector<Crossing> found; // by cell
     const auto addCrossings = [&](std::size_t cell, double low, double high) {
       // A value equal to the greatest one is crossed (its node is inside), one equal to the least is not.
       auto level = std::upper_bound(levels.sorted.begin(), levels.sorted.end(), low,
                                     [](double v, const auto& entry) { return v < entry.first; });
       for (; level != levels.sorted.end() && level->first <= high; ++level)
-        chunk.crossings.push_back({level->second, static_cast<std::uint32_t>(cell - begin)});
+        found.push_back({level->second, static_cast<std::uint32_t>(cell - begin)});
     };
     const auto walk = [&](const auto& cells, const auto& values) {
       CellNodeList nodes;
@@ -124,16 +127,14 @@ void IsolineTracer::classify(Job& job, const Levels& levels, bool buildsIndex, b
       };
       double low = 0.0;
       double high = 0.0;
-      if (!buildsIndex) {
-        for (std::size_t cell = begin; cell < end; ++cell) {
+      for (std::size_t cell = begin; cell < end; ++cell) {
+        if (!buildsIndex) {
           if (!levels.holdsAny(m_low[cell], m_high[cell])) continue;
           cells.load(cell, nodes);
           range(low, high);
           addCrossings(cell, low, high);
+          continue;
         }
-        return;
-      }
-      for (std::size_t cell = begin; cell < end; ++cell) {
         if (usesIndex) {
           m_low[cell] = 255;
           m_high[cell] = 0;
@@ -157,81 +158,102 @@ void IsolineTracer::classify(Job& job, const Levels& levels, bool buildsIndex, b
         }
         if (levels.holdsAny(lowStep, highStep)) addCrossings(cell, low, high);
       }
+      if (found.empty()) return;
+
+      std::vector<std::uint32_t> begins(numValues + 1, 0);
+      for (const Crossing& crossing : found)
+        ++begins[crossing.value + 1];
+      for (std::size_t v = 1; v <= numValues; ++v)
+        begins[v] += begins[v - 1];
+      std::vector<std::uint32_t> crossed(found.size());
+      std::vector<std::uint32_t> next(begins.begin(), begins.end() - 1);
+      for (const Crossing& crossing : found)
+        crossed[next[crossing.value]++] = crossing.cell;
+
+      FaceCutter cutter;
+      Numbers<NodeEdge> numbers;
+      std::vector<double> corners;
+      chunk.segments.reserve(found.size());
+      for (std::size_t value = 0; value < numValues; ++value) {
+        chunk.begins.push_back(
+            {static_cast<std::uint32_t>(chunk.vertices.size()), static_cast<std::uint32_t>(chunk.segments.size())});
+        if (begins[value] == begins[value + 1]) continue;
+        const double isovalue = job.isovalues[value];
+        numbers.reset(2 * (begins[value + 1] - begins[value]));
+        for (std::size_t c = begins[value]; c < begins[value + 1]; ++c) {
+          const std::size_t cell = begin + crossed[c];
+          cells.load(cell, nodes);
+          corners.resize(nodes.numCorners);
+          for (std::size_t i = 0; i < nodes.numCorners; ++i)
+            corners[i] = values(nodes.ids[i]);
+          const auto result =
+              cutter.cut(nodes, corners.data(), isovalue, mesh.points, [&](const NodeEdge& from, const NodeEdge& to) {
+                const auto a = static_cast<std::uint32_t>(numbers.numberOf(from));
+                chunk.segments.push_back({a, static_cast<std::uint32_t>(numbers.numberOf(to)), crossed[c]});
+              });
+          if (result == FaceCutter::NOT_FINITE) job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+        }
+        for (const NodeEdge& edge : numbers.keys()) {
+          KbVec3<double> p = mesh.points[edge.a];
+          double weight = 0.0;
+          if (edge.a != edge.b) {
+            const double va = values(edge.a);
+            weight = (isovalue - va) / (values(edge.b) - va);
+            p += (mesh.points[edge.b] - p) * weight;
+          }
+          chunk.vertices.push_back({edge,
+                                    static_cast<float>(weight),
+                                    {static_cast<float>(p[0]), static_cast<float>(p[1]), static_cast<float>(p[2])}});
+        }
+      }
+      chunk.begins.push_back(
+          {static_cast<std::uint32_t>(chunk.vertices.size()), static_cast<std::uint32_t>(chunk.segments.size())});
     };
     std::visit(walk, mesh.cells, job.field);
-    chunk.begins.assign(numValues + 1, 0);
-    if (numValues > 1)
-      std::stable_sort(chunk.crossings.begin(), chunk.crossings.end(),
-                       [](const Crossing& x, const Crossing& y) { return x.value < y.value; });
-    for (const Crossing& crossing : chunk.crossings)
-      ++chunk.begins[crossing.value + 1];
-    for (std::size_t v = 1; v <= numValues; ++v)
-      chunk.begins[v] += chunk.begins[v - 1];
   });
 }
 
-void IsolineTracer::cutValue(const Job& job, std::size_t value, Isoline& line) const {
-  struct Segment {
-    std::uint32_t from;
-    std::uint32_t to;
-    std::size_t cell;
-  };
+void IsolineTracer::join(const Job& job, std::size_t value, Isoline& line) const {
   const FlatMesh& mesh = job.mesh;
-  const double isovalue = job.isovalues[value];
-  std::size_t numCrossings = 0;
-  for (const Chunk& chunk : m_chunks)
-    numCrossings += chunk.begins[value + 1] - chunk.begins[value];
-  EdgeNumbers numbers;
-  numbers.reset(numCrossings);
-  std::vector<Segment> segments;
-  segments.reserve(numCrossings);
-
-  const auto walk = [&](const auto& cells, const auto& values) {
-    FaceCutter cutter;
-    CellNodeList nodes;
-    std::vector<double> corners;
-    for (std::size_t number = 0; number < m_chunks.size(); ++number) {
-      const Chunk& chunk = m_chunks[number];
-      for (std::size_t c = chunk.begins[value]; c < chunk.begins[value + 1]; ++c) {
-        const std::size_t cell = number * CHUNK + chunk.crossings[c].cell;
-        cells.load(cell, nodes);
-        corners.resize(nodes.numCorners);
-        for (std::size_t i = 0; i < nodes.numCorners; ++i)
-          corners[i] = values(nodes.ids[i]);
-        const auto result =
-            cutter.cut(nodes, corners.data(), isovalue, mesh.points, [&](const NodeEdge& from, const NodeEdge& to) {
-              const auto begin = static_cast<std::uint32_t>(numbers.numberOf(from));
-              segments.push_back({begin, static_cast<std::uint32_t>(numbers.numberOf(to)), cell});
-            });
-        if (result == FaceCutter::NOT_FINITE) job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
-      }
-    }
-    const std::vector<NodeEdge>& edges = numbers.edges();
-    LineData& data = line.mesh.data();
-    data.vertices.resize(3 * edges.size());
-    line.sources.resize(edges.size(), mesh.endNode);
-    for (std::size_t v = 0; v < edges.size(); ++v) {
-      const auto [a, b] = edges[v];
-      KbVec3<double> p = mesh.points[a];
-      double weight = 0.0;
-      if (a != b) {
-        const double va = values(a);
-        weight = (isovalue - va) / (values(b) - va);
-        p += (mesh.points[b] - p) * weight;
-      }
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        data.vertices[3 * v + axis] = static_cast<float>(p[axis]);
-      line.sources.set(v, a, b, weight);
-    }
-  };
-  std::visit(walk, mesh.cells, job.field);
-
+  std::size_t numVertices = 0; // those on the borders of chunks counted twice
+  std::size_t numSegments = 0;
+  for (const Chunk& chunk : m_chunks) {
+    if (chunk.begins.empty()) continue;
+    numVertices += chunk.begins[value + 1].vertex - chunk.begins[value].vertex;
+    numSegments += chunk.begins[value + 1].segment - chunk.begins[value].segment;
+  }
+  Numbers<NodeEdge> numbers;
+  numbers.reset(numVertices);
+  std::vector<const Vertex*> vertices;
+  vertices.reserve(numVertices);
+  std::vector<std::uint32_t> translation;
   LineData& data = line.mesh.data();
-  data.indices.resize(3 * segments.size());
-  data.inputCells.resize(segments.size(), mesh.numCells);
-  for (std::size_t s = 0; s < segments.size(); ++s) {
-    data.setSegment(s, segments[s].from, segments[s].to);
-    data.inputCells.set(s, segments[s].cell);
+  data.indices.resize(3 * numSegments);
+  data.inputCells.resize(numSegments, mesh.numCells);
+  std::size_t segment = 0;
+  for (std::size_t number = 0; number < m_chunks.size(); ++number) {
+    const Chunk& chunk = m_chunks[number];
+    if (chunk.begins.empty()) continue;
+    const Chunk::Begin& begin = chunk.begins[value];
+    const Chunk::Begin& end = chunk.begins[value + 1];
+    translation.clear();
+    for (std::size_t v = begin.vertex; v < end.vertex; ++v) {
+      const std::size_t id = numbers.numberOf(chunk.vertices[v].edge);
+      if (id == vertices.size()) vertices.push_back(&chunk.vertices[v]);
+      translation.push_back(static_cast<std::uint32_t>(id));
+    }
+    for (std::size_t s = begin.segment; s < end.segment; ++s, ++segment) {
+      const Segment& piece = chunk.segments[s];
+      data.setSegment(segment, translation[piece.from], translation[piece.to]);
+      data.inputCells.set(segment, number * CHUNK + piece.cell);
+    }
+  }
+  data.vertices.resize(3 * vertices.size());
+  line.sources.resize(vertices.size(), mesh.endNode);
+  for (std::size_t v = 0; v < vertices.size(); ++v) {
+    const Vertex& vertex = *vertices[v];
+    std::copy_n(vertex.position, 3, data.vertices.data() + 3 * v);
+    line.sources.set(v, vertex.edge.a, vertex.edge.b, static_cast<double>(vertex.weight));
   }
 }
 

@@ -26,10 +26,11 @@ struct Isoline {
 
 /// Traces the lines of a scalar field on the faces of a surface mesh, for all values at once.
 ///
-/// The first pass visits the cells in chunks and notes which values each of them holds; on the way it keeps, one byte
-/// each, the least and greatest value of a cell in 256 steps, so that further values on the same field look at the
-/// bytes of most cells only. The second pass takes the values one by one, several at a time: it cuts the cells, in
-/// their order, and numbers the vertices by their edges as they come. The result does not depend on the threads.
+/// The first pass cuts the cells in chunks, where nodes and values are at hand, and numbers the vertices of each chunk
+/// and value by their edges. On the way it keeps, one byte each, the least and greatest value of a cell in 256 steps,
+/// so that further values on the same field look at the bytes of most cells only. The second pass takes the values one
+/// by one, several at a time, and joins what the chunks have, in their order. The result does not depend on the
+/// threads.
 class IsolineTracer {
 public:
   static constexpr std::size_t NUM_PHASES = 2;
@@ -47,15 +48,31 @@ private:
     std::uint32_t value; ///< number of the isovalue
     std::uint32_t cell;  ///< in the chunk
   };
+  struct Vertex {
+    NodeEdge edge;
+    float weight;
+    float position[3];
+  };
+  struct Segment {
+    std::uint32_t from; ///< vertex of the same value and chunk
+    std::uint32_t to;
+    std::uint32_t cell; ///< in the chunk
+  };
+  /// The pieces of one chunk, value by value; value v owns those from begins[v] to begins[v + 1].
   struct Chunk {
-    std::vector<Crossing> crossings;   ///< by value, then by cell
-    std::vector<std::uint32_t> begins; ///< of each value, and the end
+    struct Begin {
+      std::uint32_t vertex;
+      std::uint32_t segment;
+    };
+    std::vector<Vertex> vertices;
+    std::vector<Segment> segments;
+    std::vector<Begin> begins;
   };
   struct Levels;
   struct Job;
 
-  void classify(Job& job, const Levels& levels, bool buildsIndex, bool usesIndex);
-  void cutValue(const Job& job, std::size_t value, Isoline& line) const;
+  void cutChunks(Job& job, const Levels& levels, bool buildsIndex, bool usesIndex);
+  void join(const Job& job, std::size_t value, Isoline& line) const;
   void setScale(const FlatMesh& mesh, const ScalarField& field);
   std::uint8_t stepOf(double value) const;
 

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "LineCells.h"
+
+namespace kx {
+namespace {
+
+/// The shape functions of a three-node line at a parameter in [0, 1].
+Stencil pointAt(const CellNodeList& nodes, double t) {
+  return {{nodes.ids[0], nodes.ids[1], nodes.ids[2]},
+          {(1.0 - t) * (1.0 - 2.0 * t), t * (2.0 * t - 1.0), 4.0 * t * (1.0 - t)}};
+}
+
+} // namespace
+
+const std::vector<Stencil>& LineCells::divide(const CellNodeList& nodes) {
+  m_points.assign(1, Stencil::node(nodes.ids[0]));
+  if (nodes.isQuadratic() && m_tessellator) halve(nodes, 0.0, 1.0, 0);
+  m_points.push_back(Stencil::node(nodes.ids[1]));
+  return m_points;
+}
+
+void LineCells::halve(const CellNodeList& nodes, double begin, double end, std::size_t depth) {
+  if (depth >= m_tessellator->getMaxDepth()) return;
+  const double middle = 0.5 * (begin + end);
+  const Stencil point = pointAt(nodes, middle);
+  if (!m_tessellator->isEdgeSplit(position(pointAt(nodes, begin)), position(point), position(pointAt(nodes, end))))
+    return;
+  halve(nodes, begin, middle, depth + 1);
+  m_points.push_back(point);
+  halve(nodes, middle, end, depth + 1);
+}
+
+} // namespace kx
