@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "FaceList.h"
+#include "Faults.h"
+#include "Run.h"
+#include "SurfaceMesh.h"
+
+namespace kx {
+
+/// Writes faces of cells as the output mesh: vertices shared and in the order of the input nodes, corners turned
+/// outwards. A face that is collapsed to a line is left out, one with a doubled corner has a corner less; one with a
+/// position that is not finite is left out and told.
+///
+/// Structured meshes have one handedness; the cells of the other kinds are asked one by one whether they are inverted.
+class FaceWriter {
+public:
+  static constexpr std::size_t NUM_PHASES = 3;
+  /// The value at an output vertex, which is a node of the mesh.
+  static auto valueAt(const SurfaceData& data) {
+    return [&data](const auto& values, std::size_t vertex) { return values(data.edgeBegins[vertex]); };
+  }
+  static void write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults);
+};
+
+} // namespace kx

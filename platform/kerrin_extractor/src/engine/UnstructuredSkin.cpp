@@ -1,0 +1,332 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "UnstructuredSkin.h"
+
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace kx {
+namespace {
+
+constexpr std::size_t CHUNK = 8192;          // cells of one step
+constexpr std::size_t CELLS_PER_PART = 1024; // there is one partition for so many cells, up to
+constexpr std::size_t MAX_PARTS = 64;
+
+/// The halves of the 128-bit product, combined (the mixing step of Wang Yi's wyhash).
+std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
+  __extension__ using Wide = unsigned __int128;
+  const Wide product = static_cast<Wide>(a) * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+std::uint64_t nodeHash(std::size_t id) { return mix(id ^ 0xa0761d6478bd642fu, 0xe7037ed1a0b428dbu); }
+/// From the sum of the corners' hashes, so that the order of corners doesn't matter. Never 0.
+std::uint64_t faceHash(std::uint64_t sum) { return mix(sum ^ 0x8ebc6af09c88c6e3u, 0x589965cc75374cc3u) | 1; }
+
+template <std::size_t N>
+bool hasRepeats(const CellNodes& nodes) {
+  unsigned repeats = 0;
+  for (std::size_t a = 0; a + 1 < N; ++a)
+    for (std::size_t b = a + 1; b < N; ++b)
+      repeats |= static_cast<unsigned>(nodes[a] == nodes[b]);
+  return repeats != 0;
+}
+
+/// Calls `visit(face, owner, hash)` for each face of a cell with distinct corners; `owner` is the smallest node.
+template <CellCode CODE, class Visit>
+void visitFaces(const CellNodes& nodes, Visit&& visit) {
+  std::array<std::uint64_t, NUM_CORNERS[CODE]> hashes;
+  for (std::size_t c = 0; c < NUM_CORNERS[CODE]; ++c)
+    hashes[c] = nodeHash(nodes[c]);
+  const auto visitFace = [&]<std::size_t F>(std::integral_constant<std::size_t, F>) {
+    constexpr CellFace face = CELL_FACES[CODE].faces[F];
+    std::uint64_t sum = hashes[face.corners[0]] + hashes[face.corners[1]] + hashes[face.corners[2]];
+    std::size_t owner = std::min(std::min(nodes[face.corners[0]], nodes[face.corners[1]]), nodes[face.corners[2]]);
+    if constexpr (face.numCorners == 4) {
+      sum += hashes[face.corners[3]];
+      owner = std::min(owner, nodes[face.corners[3]]);
+    }
+    visit(F, owner, faceHash(sum));
+  };
+  [&]<std::size_t... F>(std::index_sequence<F...>) { (visitFace(std::integral_constant<std::size_t, F>()), ...); }
+  (std::make_index_sequence<CELL_FACES[CODE].numFaces>());
+}
+
+/// The same for a face whose corners may repeat; the sum goes over distinct corners. Faces with fewer than three of
+/// them are left out.
+template <class Visit>
+void visitPolygon(std::size_t face, std::vector<std::size_t>& corners, Visit&& visit) {
+  std::sort(corners.begin(), corners.end());
+  corners.erase(std::unique(corners.begin(), corners.end()), corners.end());
+  if (corners.size() < 3) return;
+  std::uint64_t sum = 0;
+  for (const std::size_t node : corners)
+    sum += nodeHash(node);
+  visit(face, corners.front(), faceHash(sum));
+}
+
+struct Scratch {
+  std::vector<std::vector<std::size_t>> faces;
+  std::vector<std::size_t> nodes;
+  std::vector<std::size_t> corners;
+};
+
+enum class Reading { DONE, UNREADABLE_CELL, NODE_OUT_OF_RANGE };
+
+/// Calls `visit(face, owner, hash)` for the faces of any cell.
+template <class Cells, class Visit>
+Reading visitCell(const MeshView& mesh, const Cells& cells, std::size_t cell, Scratch& scratch, Visit&& visit) {
+  const std::size_t numNodes = mesh.endNode - mesh.beginNode;
+  const auto areNodes = [&](const auto& ids, std::size_t count) {
+    std::size_t greatest = 0;
+    for (std::size_t i = 0; i < count; ++i)
+      greatest = std::max(greatest, ids[i] - mesh.beginNode);
+    return greatest < numNodes;
+  };
+  CellNodes nodes;
+  const CellCode code = cells.load(cell, nodes);
+  const auto visitShape = [&]<CellCode CODE>(std::integral_constant<CellCode, CODE>) {
+    constexpr std::size_t n = NUM_CORNERS[CODE];
+    if (!areNodes(nodes, n)) return Reading::NODE_OUT_OF_RANGE;
+    if (!hasRepeats<n>(nodes)) {
+      visitFaces<CODE>(nodes, visit);
+      return Reading::DONE;
+    }
+    for (std::size_t f = 0; f < CELL_FACES[CODE].numFaces; ++f) {
+      const CellFace& face = CELL_FACES[CODE].faces[f];
+      scratch.corners.clear();
+      for (std::size_t c = 0; c < face.numCorners; ++c)
+        scratch.corners.push_back(nodes[face.corners[c]]);
+      visitPolygon(f, scratch.corners, visit);
+    }
+    return Reading::DONE;
+  };
+  switch (code) {
+  case TETRAHEDRON:
+    return visitShape(std::integral_constant<CellCode, TETRAHEDRON>());
+  case PYRAMID:
+    return visitShape(std::integral_constant<CellCode, PYRAMID>());
+  case WEDGE:
+    return visitShape(std::integral_constant<CellCode, WEDGE>());
+  case HEXAHEDRON:
+    return visitShape(std::integral_constant<CellCode, HEXAHEDRON>());
+  case POLYHEDRON:
+    if (!mesh.loadPolyhedron(cell, scratch.faces, scratch.nodes)) return Reading::UNREADABLE_CELL;
+    if (!areNodes(scratch.nodes, scratch.nodes.size())) return Reading::NODE_OUT_OF_RANGE;
+    for (std::size_t f = 0; f < scratch.faces.size(); ++f) {
+      scratch.corners.clear();
+      for (const std::size_t local : scratch.faces[f])
+        scratch.corners.push_back(scratch.nodes[local]);
+      visitPolygon(f, scratch.corners, visit);
+    }
+    return Reading::DONE;
+  default:
+    return Reading::UNREADABLE_CELL;
+  }
+}
+
+/// Calls `visit(cell)` for the open cells of a chunk.
+template <class Visit>
+void visitChunk(const MeshView& mesh, const CellRanges& ranges, std::size_t chunk, Visit&& visit) {
+  const bool hasClosedCells = mesh.hasClosedCells();
+  for (const auto& [begin, end] : ranges.within(chunk * CHUNK, std::min((chunk + 1) * CHUNK, mesh.numCells)))
+    for (std::size_t cell = begin; cell < end; ++cell)
+      if (!hasClosedCells || mesh.isOpen(cell)) visit(cell);
+}
+
+/// One word for two nodes. Pages that nobody writes cost nothing.
+class Words {
+public:
+  explicit Words(std::size_t numWords)
+      : m_words(static_cast<std::uint64_t*>(std::calloc(std::max<std::size_t>(numWords, 1), sizeof(std::uint64_t)))) {
+    if (!m_words) throw std::bad_alloc();
+  }
+  void combine(std::size_t word, std::uint64_t hash) {
+    std::atomic_ref<std::uint64_t>(m_words.get()[word]).fetch_xor(hash, std::memory_order_relaxed);
+  }
+  bool isZero(std::size_t word) const { return m_words.get()[word] == 0; }
+
+private:
+  struct Free {
+    void operator()(std::uint64_t* p) const { std::free(p); }
+  };
+  std::unique_ptr<std::uint64_t, Free> m_words;
+};
+
+/// Combines fingerprints of near-by words locally, since neighbouring cells meet the same ones, and passes them on when
+/// another word needs the place.
+class LocalWords {
+public:
+  explicit LocalWords(Words& words)
+      : m_words(words) {
+    m_tags.fill(NONE);
+  }
+  ~LocalWords() {
+    for (std::size_t p = 0; p < SIZE; ++p)
+      if (m_tags[p] != NONE && m_hashes[p] != 0) m_words.combine(m_tags[p], m_hashes[p]);
+  }
+  void combine(std::size_t word, std::uint64_t hash) {
+    const std::size_t place = word % SIZE;
+    if (m_tags[place] == word) {
+      m_hashes[place] ^= hash;
+      return;
+    }
+    if (m_tags[place] != NONE && m_hashes[place] != 0) m_words.combine(m_tags[place], m_hashes[place]);
+    m_tags[place] = word;
+    m_hashes[place] = hash;
+  }
+
+private:
+  static constexpr std::size_t SIZE = 1024;
+  static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
+  Words& m_words;
+  std::array<std::size_t, SIZE> m_tags;
+  std::array<std::uint64_t, SIZE> m_hashes;
+};
+
+/// The faces of one chunk at nodes with unpaired faces, ordered by partition.
+struct Candidates {
+  std::unique_ptr<FaceRef[]> faces;
+  std::vector<std::uint32_t> begins; ///< of each partition, and the end
+};
+
+/// The faces of one partition that have one cell.
+void matchFaces(const MeshView& mesh, const std::vector<Candidates>& chunks, std::size_t part,
+                std::vector<FaceRef>& unpaired) {
+  constexpr std::uint64_t NO_CELL = ~std::uint64_t{0};
+  struct Entry {
+    std::uint64_t hash = 0; // 0 in free places
+    std::uint64_t cell = 0;
+    std::uint32_t numCells = 0; // without those that have the face twice
+    std::uint32_t first = 0;    // candidate number
+  };
+  std::size_t count = 0;
+  for (const Candidates& c : chunks)
+    if (!c.begins.empty()) count += c.begins[part + 1] - c.begins[part];
+  if (count == 0) return;
+  std::vector<Entry> table(std::bit_ceil(2 * count));
+  std::vector<std::uint32_t> places(count);
+  Scratch scratch;
+  std::size_t number = 0;
+  const auto visitCandidates = [&](auto&& visit) {
+    number = 0;
+    for (const Candidates& c : chunks)
+      if (!c.begins.empty())
+        for (std::uint32_t i = c.begins[part]; i < c.begins[part + 1]; ++i, ++number)
+          visit(c.faces[i]);
+  };
+  std::visit(
+      [&](const auto& cells) {
+        // A cell's faces are neighbours in the list: its hashes are found once.
+        std::array<std::pair<std::size_t, std::uint64_t>, 8> known;
+        std::size_t numKnown = 0;
+        std::uint64_t knownCell = NO_CELL;
+        visitCandidates([&](FaceRef ref) {
+          if (knownCell != ref.cell) {
+            numKnown = 0;
+            visitCell(mesh, cells, ref.cell, scratch, [&](std::size_t face, std::size_t, std::uint64_t hash) {
+              if (numKnown < known.size()) known[numKnown] = {face, hash};
+              ++numKnown;
+            });
+            knownCell = ref.cell;
+          }
+          std::uint64_t hash = 0;
+          if (numKnown <= known.size()) {
+            for (std::size_t f = 0; f < numKnown; ++f)
+              if (known[f].first == ref.face) hash = known[f].second;
+          } else {
+            visitCell(mesh, cells, ref.cell, scratch, [&](std::size_t face, std::size_t, std::uint64_t h) {
+              if (face == ref.face) hash = h;
+            });
+          }
+          std::size_t place = (hash >> 20) & (table.size() - 1);
+          while (table[place].hash != 0 && table[place].hash != hash)
+            place = (place + 1) & (table.size() - 1);
+          Entry& entry = table[place];
+          places[number] = static_cast<std::uint32_t>(place);
+          if (entry.numCells > 0 && entry.cell == ref.cell) {
+            --entry.numCells;
+            entry.cell = NO_CELL;
+            return;
+          }
+          if (entry.numCells++ == 0) entry.first = static_cast<std::uint32_t>(number);
+          entry.hash = hash;
+          entry.cell = ref.cell;
+        });
+      },
+      mesh.cells);
+  visitCandidates([&](FaceRef ref) {
+    const Entry& entry = table[places[number]];
+    if (entry.numCells == 1 && entry.first == number) unpaired.push_back(ref);
+  });
+}
+
+} // namespace
+
+void UnstructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& ranges, FaceList& faces, Faults& faults) {
+  const std::size_t numChunks = (mesh.numCells + CHUNK - 1) / CHUNK;
+  const std::size_t numWords = (mesh.endNode - std::min(mesh.beginNode, mesh.endNode)) / 2 + 1;
+  const std::size_t numParts = std::clamp<std::size_t>(mesh.numCells / CELLS_PER_PART, 1, MAX_PARTS);
+  const auto wordOf = [&](std::size_t node) { return (node - mesh.beginNode) / 2; };
+  std::vector<Candidates> chunks(numChunks);
+  {
+    Words words(numWords);
+    run.phase("pair faces", numChunks, [&](std::size_t chunk) {
+      LocalWords local(words);
+      Scratch scratch;
+      std::visit(
+          [&](const auto& cells) {
+            visitChunk(mesh, ranges, chunk, [&](std::size_t cell) {
+              const Reading reading =
+                  visitCell(mesh, cells, cell, scratch, [&](std::size_t, std::size_t owner, std::uint64_t hash) {
+                    local.combine(wordOf(owner), hash);
+                  });
+              if (reading == Reading::UNREADABLE_CELL) faults.add(Faults::UNREADABLE_CELL, cell);
+              if (reading == Reading::NODE_OUT_OF_RANGE) faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+            });
+          },
+          mesh.cells);
+    });
+    run.phase("collect unpaired faces", numChunks, [&](std::size_t chunk) {
+      thread_local std::vector<std::pair<FaceRef, std::uint32_t>> found;
+      found.clear();
+      Scratch scratch;
+      std::vector<std::uint32_t> ends(numParts + 1, 0);
+      std::visit(
+          [&](const auto& cells) {
+            visitChunk(mesh, ranges, chunk, [&](std::size_t cell) {
+              visitCell(mesh, cells, cell, scratch, [&](std::size_t face, std::size_t owner, std::uint64_t) {
+                const std::size_t word = wordOf(owner);
+                if (words.isZero(word)) return;
+                const auto part = static_cast<std::uint32_t>(word * numParts / numWords);
+                found.emplace_back(FaceRef{cell & 0xffffffffffffu, face & 0xffffu}, part);
+                ++ends[part + 1];
+              });
+            });
+          },
+          mesh.cells);
+      if (found.empty()) return;
+      Candidates& out = chunks[chunk];
+      for (std::size_t p = 0; p < numParts; ++p)
+        ends[p + 1] += ends[p];
+      out.begins = ends;
+      out.faces.reset(new FaceRef[found.size()]);
+      for (const auto& [ref, part] : found)
+        out.faces[ends[part]++] = ref;
+    });
+  }
+  std::vector<std::vector<FaceRef>> parts(numParts);
+  run.phase("match faces", numParts, [&](std::size_t part) { matchFaces(mesh, chunks, part, parts[part]); });
+  chunks.clear();
+  std::size_t count = 0;
+  for (const std::vector<FaceRef>& part : parts)
+    count += part.size();
+  faces.resize(count);
+  FaceRef* next = faces.data();
+  for (const std::vector<FaceRef>& part : parts)
+    next = std::copy(part.begin(), part.end(), next);
+}
+
+} // namespace kx

@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <KerrinExtractor/KeXDataSetI.h>
+#include <KerrinExtractor/KeXLineMeshUnstructured.h>
+#include <KerrinExtractor/KeXSurfaceMeshUnstructured.h>
+#include <KerrinExtractor/KiExtractorCallback.h>
+#include <KerrinExtractor/KiMessage.h>
+#include <KerrinMesh/KbCellListFilter.h>
+#include <KerrinMesh/KbDataSet.h>
+#include <KerrinMesh/KbMeshMaker.h>
+#include <KerrinMesh/KbVolumeMeshCurvilinear.h>
+#include <KerrinMesh/KbVolumeMeshHexahedronIjk.h>
+#include <KerrinMesh/KbVolumeMeshRectilinear.h>
+#include <KerrinMesh/KbVolumeMeshRegular.h>
+#include <KerrinMesh/KbVolumeMeshUnstructured.h>
+#include <KerrinMesh/KbVolumeMeshVertexHexahedronIjk.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Meshes of all volume kinds over one lattice, and plain forms of outputs, for the families that pick faces and edges.
+namespace pick {
+
+using Counts = KbIndex<3>;
+using Vec3 = KbVec3<double>;
+
+/// A linear function: exact between nodes, whatever the interpolation.
+inline double linear(const Vec3& p) { return 1.0 + p[0] + 2.0 * p[1] - 3.0 * p[2]; }
+
+class MessageLog {
+public:
+  MessageLog() { KiMessage::setHandler(&MessageLog::add, this); }
+  ~MessageLog() { KiMessage::setHandler(nullptr, nullptr); }
+  MessageLog(const MessageLog&) = delete;
+  MessageLog& operator=(const MessageLog&) = delete;
+  std::vector<std::string> lines;
+
+private:
+  static void add(void* self, const char* origin, const char* text) {
+    static_cast<MessageLog*>(self)->lines.push_back(std::string(origin) + ": " + text);
+  }
+};
+
+/// Records the calls of an extraction as letters (B e extraction, P p phase, s step); answers no at a chosen question.
+class Recorder final : public KiExtractorCallback {
+public:
+  std::string calls;
+  std::array<bool, 3> changes{};
+  std::size_t numPhases = 0;
+  std::size_t stopAt = static_cast<std::size_t>(-1);
+  std::size_t questions = 0;
+
+  void beginExtract(std::string, bool geometry, bool topology, bool dataSet, std::size_t phases) override {
+    calls += 'B';
+    changes = {geometry, topology, dataSet};
+    numPhases = phases;
+  }
+  void endExtract() override { calls += 'e'; }
+  bool beginPhase(std::size_t, std::string, std::size_t) override { return ask('P'); }
+  bool endPhase() override { return ask('p'); }
+  bool endStep(std::size_t) override { return ask('s'); }
+  double getEndStepCallPeriod() override { return 0.0; }
+  std::string withoutSteps() const {
+    std::string s;
+    for (const char c : calls)
+      if (c != 's') s += c;
+    return s;
+  }
+  void reset() {
+    calls.clear();
+    questions = 0;
+  }
+
+private:
+  bool ask(char call) {
+    calls += call;
+    return questions++ != stopAt;
+  }
+};
+
+/// The lattice arrays, warped where the kind can show it.
+struct Lattice {
+  Lattice(const Counts& n, double warp, const std::vector<std::uint8_t>& deadCells)
+      : counts(n)
+      , dead(deadCells)
+      , arrays(KbMeshMaker::hexahedra(n, warp, [](const Vec3& p) { return linear(p); }))
+      , flat(n[0] * n[1] * n[2]) {
+    for (std::size_t c = 0; c < flat.size(); ++c)
+      flat[c] = static_cast<float>(c);
+  }
+  Counts counts;
+  std::vector<std::uint8_t> dead;
+  KbMeshMaker::Arrays arrays;
+  std::vector<float> flat; ///< the number of each cell
+  Counts nodes() const { return {counts[0] + 1, counts[1] + 1, counts[2] + 1}; }
+  std::vector<float> axis(std::size_t a) const {
+    std::vector<float> x;
+    for (std::size_t i = 0; i <= counts[a]; ++i)
+      x.push_back(
+          static_cast<float>(static_cast<double>(i) / static_cast<double>(std::max<std::size_t>(counts[a], 1))));
+    return x;
+  }
+};
+
+struct FormI {
+  static constexpr bool isStructured = false;
+  using Filter = KiCellFilterI;
+  using Set = KbScalarSetI;
+  static KbScalarSetI set(const char* name, DataBinding b, const std::vector<float>& v, const Counts&) {
+    return {name, b, v};
+  }
+  static KbVec3SetI vectors(DataBinding b, const std::vector<float>& v, const Counts&) { return {"vectors", b, v}; }
+  static KbCellListFilterI filter(const std::vector<std::size_t>& cells, const Counts&) {
+    std::vector<KbIndex<1>> list;
+    for (const std::size_t c : cells)
+      list.push_back({c});
+    return KbCellListFilterI(list);
+  }
+};
+struct FormIjk {
+  static constexpr bool isStructured = true;
+  using Filter = KiCellFilterIjk;
+  using Set = KbScalarSetIjk;
+  static KbScalarSetIjk set(const char* name, DataBinding b, const std::vector<float>& v, const Counts& n) {
+    return {name, b, v, n};
+  }
+  static KbVec3SetIjk vectors(DataBinding b, const std::vector<float>& v, const Counts& n) {
+    return {"vectors", b, v, n};
+  }
+  static KbCellListFilterIjk filter(const std::vector<std::size_t>& cells, const Counts& n) {
+    std::vector<KbIndex<3>> list;
+    for (const std::size_t c : cells)
+      list.push_back({c % n[0], c / n[0] % n[1], c / n[0] / n[1]});
+    return KbCellListFilterIjk(list);
+  }
+};
+
+/// Each kind: the mesh, and the forms of its sets.
+struct Unstructured : Lattice {
+  using CellForm = FormI;
+  using NodeForm = FormI;
+  explicit Unstructured(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : Lattice(n, 0.03, deadCells)
+      , mesh(arrays.coordinates, arrays.cells(), dead) {}
+  KbVolumeMeshUnstructured mesh;
+};
+struct HexahedronIjk : Lattice {
+  using CellForm = FormIjk;
+  using NodeForm = FormI;
+  explicit HexahedronIjk(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : Lattice(n, 0.03, deadCells)
+      , mesh(n, arrays.coordinates, arrays.connectivity, dead) {}
+  KbVolumeMeshHexahedronIjk mesh;
+};
+struct VertexHexahedronIjk : Lattice {
+  using CellForm = FormIjk;
+  using NodeForm = FormIjk;
+  explicit VertexHexahedronIjk(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : Lattice(n, 0.0, deadCells)
+      , coord(makeCoord())
+      , zcorn(makeZcorn())
+      , mesh(n, coord, zcorn, dead) {}
+  std::vector<float> coord;
+  std::vector<float> zcorn;
+  KbVolumeMeshVertexHexahedronIjk mesh;
+
+private:
+  std::vector<float> makeCoord() const {
+    std::vector<float> c;
+    const auto x = axis(0);
+    const auto y = axis(1);
+    for (const float b : y)
+      for (const float a : x)
+        c.insert(c.end(), {a, b, 0.0f, a, b, 1.0f});
+    return c;
+  }
+  std::vector<float> makeZcorn() const {
+    std::vector<float> z;
+    const auto levels = axis(2);
+    for (std::size_t k = 0; k < 2 * counts[2]; ++k)
+      z.insert(z.end(), 4 * counts[0] * counts[1], levels[(k + 1) / 2]);
+    return z;
+  }
+};
+struct Regular : Lattice {
+  using CellForm = FormIjk;
+  using NodeForm = FormIjk;
+  explicit Regular(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : Lattice(n, 0.0, deadCells)
+      , mesh(n, {0, 0, 0}, {1, 1, 1}, dead) {}
+  KbVolumeMeshRegular mesh;
+};
+struct Rectilinear : Lattice {
+  using CellForm = FormIjk;
+  using NodeForm = FormIjk;
+  explicit Rectilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : Lattice(n, 0.0, deadCells)
+      , x(axis(0))
+      , y(axis(1))
+      , z(axis(2))
+      , mesh(x, y, z, dead) {}
+  std::vector<float> x, y, z;
+  KbVolumeMeshRectilinear mesh;
+};
+struct Curvilinear : Lattice {
+  using CellForm = FormIjk;
+  using NodeForm = FormIjk;
+  explicit Curvilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : Lattice(n, 0.03, deadCells)
+      , mesh(n, arrays.coordinates, dead) {}
+  KbVolumeMeshCurvilinear mesh;
+};
+
+/// An output surface in plain form.
+struct Surface {
+  std::vector<Vec3> vertices;
+  std::vector<std::vector<std::size_t>> polygons;
+
+  explicit Surface(const KeXSurfaceMeshUnstructured& mesh) {
+    for (std::size_t v = 0; v < mesh.getGeometry().getNumNodes(); ++v)
+      vertices.push_back(mesh.getGeometry().getCoord(v));
+    const KiBuffer& buffer = *mesh.getTopology().getIndexBuffer();
+    const auto* index = static_cast<const std::int32_t*>(buffer.getData());
+    polygons.emplace_back();
+    for (std::size_t n = 0; n < buffer.getByteSize() / sizeof(std::int32_t); ++n) {
+      if (index[n] >= 0)
+        polygons.back().push_back(static_cast<std::size_t>(index[n]));
+      else
+        polygons.emplace_back();
+    }
+    polygons.pop_back();
+  }
+
+  Vec3 vectorArea(std::size_t p) const {
+    const std::vector<std::size_t>& ids = polygons[p];
+    Vec3 sum;
+    for (std::size_t c = 1; c + 1 < ids.size(); ++c)
+      sum += (vertices[ids[c]] - vertices[ids[0]]).cross(vertices[ids[c + 1]] - vertices[ids[0]]);
+    return sum * 0.5;
+  }
+  double area() const {
+    double sum = 0.0;
+    for (std::size_t p = 0; p < polygons.size(); ++p)
+      sum += vectorArea(p).length();
+    return sum;
+  }
+  /// By the divergence theorem; positive when the normals of a closed surface point outwards.
+  double volume() const {
+    double sum = 0.0;
+    for (const std::vector<std::size_t>& ids : polygons)
+      for (std::size_t c = 1; c + 1 < ids.size(); ++c)
+        sum += vertices[ids[0]].dot(vertices[ids[c]].cross(vertices[ids[c + 1]])) / 6.0;
+    return sum;
+  }
+  /// Edges that are not run through once in each direction.
+  std::size_t numOpenEdges() const {
+    std::map<std::pair<std::size_t, std::size_t>, int> edges;
+    for (const std::vector<std::size_t>& ids : polygons)
+      for (std::size_t c = 0; c < ids.size(); ++c) {
+        const std::size_t a = ids[c];
+        const std::size_t b = ids[(c + 1) % ids.size()];
+        edges[std::minmax(a, b)] += a < b ? 1 : -1;
+      }
+    std::size_t open = 0;
+    for (const auto& [edge, balance] : edges)
+      open += balance != 0;
+    return open;
+  }
+};
+
+/// All bytes of an output: indices, vertices and input cells.
+template <class Mesh>
+std::string bytesOf(const Mesh& mesh) {
+  std::string bytes;
+  for (const KiBuffer* b : {mesh.getTopology().getIndexBuffer(), mesh.getGeometry().getVertexBuffer()})
+    if (b->getByteSize() > 0) bytes.append(static_cast<const char*>(b->getData()), b->getByteSize());
+  for (std::size_t c = 0; c < mesh.getTopology().getNumCells(); ++c)
+    bytes += ' ' + std::to_string(mesh.getTopology().getInputCellIndexI(c)) + ' ' +
+             std::to_string(mesh.getTopology().getInputCellIndexJ(c)) + ' ' +
+             std::to_string(mesh.getTopology().getInputCellIndexK(c));
+  return bytes;
+}
+
+/// The flat number of the input cell of an output cell.
+template <class Mesh>
+std::size_t inputCell(const Mesh& mesh, std::size_t cell, const Counts& n) {
+  const auto& t = mesh.getTopology();
+  if (!t.hasStructuredInputCells()) return t.getInputCellIndexI(cell);
+  const std::size_t k = t.getInputCellIndexK(cell);
+  return t.getInputCellIndexI(cell) +
+         n[0] * (t.getInputCellIndexJ(cell) + n[1] * (k == KeXTopologyI::UNDEFINED_INDEX ? 0 : k));
+}
+
+} // namespace pick
