@@ -30,6 +30,8 @@ protected:
     root->addChild(set);
     root->addChild(colorSet);
     mapping->predefColorMap = KoPredefinedColorMapping::RAINBOW_TURBO;
+    mapping->minValue = 0.35f;
+    mapping->maxValue = 0.85f;
     root->addChild(mapping);
     root->addChild(material);
     root->addChild(style);
@@ -38,6 +40,7 @@ protected:
     surface->colorScalarSetId = 1;
     renderer.setBackgroundColor(NbColorRGBA(1.f, 1.f, 1.f, 1.f));
     renderer.setNumSamples(4);
+    renderer.setHeadlight(false);
   }
 
   static double field(const KbVec3<double>& p) {
@@ -89,7 +92,8 @@ protected:
     colorSet->setScalarSet(colorValues.get());
   }
 
-  /// The picture must be the stored one; 3 % of the pixels lie on edges of the surface, where drivers differ.
+  /// The picture must be the stored one. Single pixels on the outline may differ much between drivers, the mean must
+  /// not.
   testing::AssertionResult shows(const std::string& name) {
     if (!renderer.render(root.get())) return testing::AssertionFailure() << "no picture";
     return matchesBaseline(name, renderer.getImage(), {120, 1.0});
@@ -118,7 +122,7 @@ class IsosurfaceRenderKinds : public IsosurfaceRender, public testing::WithParam
 
 TEST_P(IsosurfaceRenderKinds, LooksAsStored) {
   use(GetParam().type);
-  EXPECT_TRUE(shows(std::string("isosurface_") + GetParam().name));
+  EXPECT_TRUE(shows("isosurface")) << "the same picture whatever the mesh kind";
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, IsosurfaceRenderKinds,

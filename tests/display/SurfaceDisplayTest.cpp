@@ -158,6 +158,11 @@ TEST_F(SurfaceDisplay, WithoutADrawStyleTheApplicationsCounts) {
 TEST_F(SurfaceDisplay, WithoutAMaterialThereIsNoUniformColour) {
   traverse();
   EXPECT_FALSE(faces().isUniform());
+  auto* style = add<KoDrawStyle>();
+  style->displayEdges = true;
+  style->displayPoints = true;
+  traverse();
+  EXPECT_FALSE(faces().isUniform());
   EXPECT_FALSE(edges().isUniform());
   EXPECT_FALSE(points().isUniform());
   EXPECT_EQ(vertices()->orderedRGBA.getNum(), 0);
