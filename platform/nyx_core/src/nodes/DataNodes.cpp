@@ -26,7 +26,7 @@ NxBBox::NxBBox() {
 NxBBox::~NxBBox() = default;
 
 void NxBBox::doAction(NxAction* action) {
-  NxBoundingBoxElement::set(action->getState(), this, {mode.getValue() != AUTO});
+  NxBoundingBoxElement::set(action->getState(), this, {mode.getValue() == USER_DEFINED});
 }
 
 void NxBBox::getBoundingBox(NxGetBoundingBoxAction* action) {

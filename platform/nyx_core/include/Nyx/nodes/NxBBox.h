@@ -6,7 +6,8 @@
 #include <Nyx/nodes/NxPropertyNode.h>
 
 /// Says where the bounding box of what follows in the same separator comes from. With USER_DEFINED the bounding-box
-/// action takes `boundingBox` and walks no vertices; with NO_BOUNDING_BOX it takes nothing.
+/// action takes `boundingBox` and walks no vertices. In the other modes the shapes work out their own boxes; with
+/// NO_BOUNDING_BOX the node is switched off.
 class NYX_CORE_API NxBBox : public NxPropertyNode {
   NX_NODE_HEADER(NxBBox);
 
