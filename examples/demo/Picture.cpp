@@ -43,7 +43,14 @@ KoScalarSet* makeSetNode(const KiTypedDataSet<double>* set) {
   return node;
 }
 
-/// The area of an extracted surface: of each polygon half the length of the sum of its cross products.
+NxDirectionalLight* makeLight(const NbVec3f& direction, float intensity) {
+  auto* light = new NxDirectionalLight;
+  light->direction = direction;
+  light->intensity = intensity;
+  return light;
+}
+
+/// The area of an extracted surface, its polygons taken as fans of triangles.
 double areaOf(const KeXSurfaceMeshUnstructured& surface) {
   std::vector<KbVec3<double>> corners;
   double area = 0.0;
@@ -52,10 +59,8 @@ double areaOf(const KeXSurfaceMeshUnstructured& surface) {
     corners.clear();
     for (std::size_t n = 0; n < cell.getNumNodes(); ++n)
       corners.push_back(surface.getGeometry().getCoord(cell.getNodeIndex(n)));
-    KbVec3<double> sum;
     for (std::size_t n = 2; n < corners.size(); ++n)
-      sum += (corners[n - 1] - corners[0]).cross(corners[n] - corners[0]);
-    area += 0.5 * sum.length();
+      area += 0.5 * (corners[n - 1] - corners[0]).cross(corners[n] - corners[0]).length();
   }
   return area;
 }
@@ -67,9 +72,10 @@ PictureFacts drawIsosurface(const Subject& subject, double isovalue, NxOffscreen
   NbRefPtr<NxSeparator> root = new NxSeparator;
   auto* camera = new NxPerspectiveCamera;
   root->addChild(camera);
-  auto* light = new NxDirectionalLight;
-  light->direction = NbVec3f(-1.f, -0.8f, -1.2f);
-  root->addChild(light);
+  // A strong light over the left shoulder, a weak one from the right: together they stay below full brightness, so that
+  // colours can be read everywhere.
+  root->addChild(makeLight(NbVec3f(-0.4f, -1.f, -1.f), 0.75f));
+  root->addChild(makeLight(NbVec3f(-1.f, 0.2f, 0.3f), 0.3f));
 
   auto* mesh = new KoMesh;
   mesh->setMesh(subject.mesh);
