@@ -11,7 +11,8 @@
 template <class T>
 class KxCpuBuffer final : public NxCpuBufferObject {
 public:
-  explicit KxCpuBuffer(const KiBuffer& source) : m_values(static_cast<const T*>(source.getData())) {
+  explicit KxCpuBuffer(const KiBuffer& source)
+      : m_values(static_cast<const T*>(source.getData())) {
     // The toolkit's buffers have no constant form; nobody writes through this one.
     setBuffer(const_cast<void*>(source.getData()), source.getByteSize());
   }

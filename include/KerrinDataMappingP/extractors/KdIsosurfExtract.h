@@ -48,7 +48,8 @@ class KdIsosurfExtract : public KdExtract<KdIsosurfTraits<type>> {
 
 public:
   KdIsosurfExtract(const KoMeshRepresentation& node, const typename Base::Mesh& mesh, KiTessellator* tessellator)
-      : Base(node, mesh, tessellator), m_node(static_cast<const KoMeshIsosurface&>(node)) {
+      : Base(node, mesh, tessellator)
+      , m_node(static_cast<const KoMeshIsosurface&>(node)) {
     assert(node.isOfType(KoMeshIsosurface::getClassTypeId()));
   }
 
