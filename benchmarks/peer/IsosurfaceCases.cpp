@@ -38,28 +38,25 @@ double sweepValue(int i) { return -1.4 + 2.8 * (i + 0.5) / numSweepValues; }
 /// The parameter changes at each turn, the amount of work doesn't.
 double turnValue(int turn) { return turn % 2 == 0 ? isovalue + 1e-4 : isovalue; }
 
-/// Sum over the polygons of half the length of the sum of their cross products.
+/// Area of polygons, each as the fan of triangles around its first corner. (The sum of cross products is exact for flat
+/// ones only; the polygons of a hexahedron are not flat, and it would count the area of their shadows.)
 class AreaSum {
 public:
   void addCorner(const KbVec3<double>& p) {
     if (m_count == 0)
       m_first = p;
     else
-      m_normal += (m_last - m_first).cross(p - m_first);
+      m_area += 0.5 * (m_last - m_first).cross(p - m_first).length();
     m_last = p;
     ++m_count;
   }
-  void endPolygon() {
-    m_area += 0.5 * m_normal.length();
-    m_normal = {};
-    m_count = 0;
-  }
+  void endPolygon() { m_count = 0; }
   double area() const { return m_area; }
 
 private:
   double m_area = 0.0;
   std::size_t m_count = 0;
-  KbVec3<double> m_first, m_last, m_normal;
+  KbVec3<double> m_first, m_last;
 };
 
 double areaOf(const KeXSurfaceMeshUnstructured& mesh) {
