@@ -183,7 +183,7 @@ TEST_F(NxNodeClassTest, ThreadsMayConstructInstancesOfOneClassAtTheSameTime) {
   for (int t = 0; t < numThreads; ++t)
     threads.emplace_back([t, &complete] {
       for (int i = 0; i < numNodes; ++i) {
-        // Not counted by TestNumber::numAlive, which is no atomic: a class of the toolkit without statics of its own.
+        // Not a TestNumber: the count of those alive is no atomic.
         const NbRefPtr<TestHiding> node(new TestHiding);
         complete[static_cast<size_t>(t)] += node->getField("number") == &node->number;
       }

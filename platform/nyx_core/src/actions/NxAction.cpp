@@ -46,8 +46,8 @@ void NxAction::apply(NxPath* path) {
 }
 
 void NxAction::run(NxNode* root) {
-  const std::string origin = std::string(getTypeId().getName().getString()) + "::apply";
   if (!root || m_isRunning) {
+    const std::string origin = std::string(getTypeId().getName().getString()) + "::apply";
     NxDebugError::post(origin.c_str(), "%s",
                        root ? "The action is being applied already." : "There is no node to apply the action to.");
     return;
