@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The cell extract family: chosen surface and volume cells as shapes of their own, shrunk towards their centres.
+#include "src/engine/CellShape.h"
+#include "src/engine/Extraction.h"
+#include "src/engine/SurfaceMesh.h"
+
+#include <KerrinExtractor/KiCellExtractHexahedronIjk.h>
+#include <KerrinExtractor/KiCellExtractIj.h>
+#include <KerrinExtractor/KiCellExtractIjk.h>
+#include <KerrinExtractor/KiCellExtractUnstructured.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using Vec3 = KbVec3<double>;
+using Surface = KeXSurfaceMeshUnstructured;
+
+/// What all forms share. `View` is `kx::FlatMesh` or `kx::MeshView`. Chosen cells come as flat indices.
+template <class View>
+class Cells final : public kx::Extraction<View> {
+public:
+  using kx::Extraction<View>::Extraction;
+
+  template <class Filter>
+  const Surface& shrink(KiExtractorCallback* callback, const std::vector<std::size_t>* chosen, double factor,
+                        const Filter* filter) {
+    kx::InputState parameters;
+    parameters.numbers = {factor};
+    parameters.choosesCells = chosen != nullptr;
+    if (chosen) parameters.cells = *chosen;
+    const std::string fault =
+        factor > 0.0 && std::isfinite(factor) ? "" : "the factor " + std::to_string(factor) + " is not greater than 0";
+    this->update(callback, std::move(parameters), filter, fault, 2,
+                 [&](kx::Run& run, const View& mesh, kx::Faults& faults) {
+                   m_sets.dropUnused(m_mesh.outputStamp());
+                   write(run, mesh, chosen, factor, faults);
+                 });
+    return m_mesh;
+  }
+
+  template <class T, class Set>
+  const KeXDataSetI<T>* mapSet(KiExtractorCallback* callback, const Set& set) {
+    const kx::SurfaceData& data = m_mesh.data();
+    return this
+        ->template map<T>(
+            callback, set, {{&m_sets, m_mesh.outputStamp(), data.numVertices(), data.numCells()}},
+            [&data](const auto& values, std::size_t, std::size_t v) { return values(data.edgeBegins[v]); },
+            [&data](const auto& values, std::size_t, std::size_t c) { return values(data.inputCells[c]); })
+        .front();
+  }
+
+  const Surface& output() const { return m_mesh; }
+
+private:
+  struct Counts {
+    std::size_t vertices = 0;
+    std::size_t polygons = 0;
+    std::size_t indices = 0;
+  };
+
+  /// Counts what each chunk of cells yields, then lets each chunk write where it belongs.
+  void write(kx::Run& run, const View& mesh, const std::vector<std::size_t>* chosen, double factor,
+             kx::Faults& faults) {
+    constexpr std::size_t CHUNK = 4096;
+    const std::size_t numCells = chosen ? chosen->size() : mesh.numCells;
+    const auto walk = [&](std::size_t chunk, const auto& visit) {
+      kx::CellShape shape;
+      const std::size_t end = std::min((chunk + 1) * CHUNK, numCells);
+      for (std::size_t c = chunk * CHUNK; c < end; ++c) {
+        const std::size_t cell = chosen ? (*chosen)[c] : c;
+        if (cell >= mesh.numCells || (mesh.hasClosedCells() && !mesh.isOpen(cell))) continue;
+        if (shape.load(mesh, cell, faults)) visit(cell, shape);
+      }
+    };
+    std::vector<Counts> begins((numCells + CHUNK - 1) / CHUNK);
+    run.phase("count", begins.size(), [&](std::size_t chunk) {
+      walk(chunk, [&](std::size_t, const kx::CellShape& shape) {
+        begins[chunk].vertices += shape.corners().size();
+        begins[chunk].polygons += shape.numFaces();
+        begins[chunk].indices += shape.numIndices();
+      });
+    });
+    Counts sum;
+    for (Counts& counts : begins) {
+      const Counts own = counts;
+      counts = sum;
+      sum = {sum.vertices + own.vertices, sum.polygons + own.polygons, sum.indices + own.indices};
+    }
+    if (sum.indices > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+      faults.post("the cells need " + std::to_string(sum.indices) +
+                  " indices, more than 32 bits address; the output is empty");
+      clear();
+      return;
+    }
+    kx::SurfaceData& data = m_mesh.data();
+    data.indices.resize(sum.indices);
+    data.inputCells.resize(sum.polygons, mesh.numCells);
+    data.vertices.resize(3 * sum.vertices);
+    data.edgeBegins.resize(sum.vertices, mesh.endNode);
+    data.edgeEnds.resize(sum.vertices, mesh.endNode);
+    data.weights.resize(sum.vertices);
+    run.phase("write", begins.size(), [&](std::size_t chunk) {
+      Counts at = begins[chunk];
+      walk(chunk, [&](std::size_t cell, const kx::CellShape& shape) {
+        for (std::size_t f = 0; f < shape.numFaces(); ++f) {
+          for (const std::size_t corner : shape.face(f))
+            data.indices[at.indices++] = static_cast<std::int32_t>(at.vertices + corner);
+          data.indices[at.indices++] = -1;
+          data.inputCells.set(at.polygons++, cell);
+        }
+        const Vec3 centre = shape.centre();
+        for (std::size_t c = 0; c < shape.corners().size(); ++c, ++at.vertices) {
+          const Vec3 p = centre + (shape.corners()[c] - centre) * factor;
+          for (std::size_t axis = 0; axis < 3; ++axis)
+            data.vertices[3 * at.vertices + axis] = static_cast<float>(p[axis]);
+          data.edgeBegins.set(at.vertices, shape.nodes()[c]);
+          data.edgeEnds.set(at.vertices, shape.nodes()[c]);
+          data.weights[at.vertices] = 0.0f;
+        }
+      });
+    });
+  }
+
+  void clear() override { m_mesh.data().clear(); }
+  void commit(const kx::InputAddress& address) override { m_mesh.commit(address.isStructured, address.dims); }
+
+  kx::SurfaceMesh m_mesh;
+  kx::MappedSets m_sets;
+};
+
+/// The flat indices of chosen cells; cells out of range along any axis become an index out of range.
+std::vector<std::size_t> flatten(const std::vector<KiCellExtractIjk::triplet>& cells, const kx::Dims& dims) {
+  std::vector<std::size_t> flat;
+  for (const KiCellExtractIjk::triplet& c : cells)
+    flat.push_back(c[0] < dims.i && c[1] < dims.j && c[2] < dims.k ? dims.flat(c[0], c[1], c[2])
+                                                                   : static_cast<std::size_t>(-1));
+  return flat;
+}
+
+/// The operations that all forms have. `Set` is the form of data sets, `Filter` that of filters, `Choice` that of
+/// chosen cells.
+template <class Interface, class View, template <class> class Set, class Filter, class Choice>
+class CellExtract : public Interface {
+public:
+  template <class Mesh>
+  CellExtract(const Mesh& mesh, bool parallel, const char* name)
+      : m_cells(mesh, parallel, name)
+      , m_flatten([&mesh](const std::vector<Choice>& cells) {
+        const auto& topology = mesh.getTopology();
+        if constexpr (std::is_same_v<Choice, std::size_t>) {
+          (void)topology;
+          return cells;
+        } else if constexpr (std::is_same_v<Choice, KiCellExtractIj::couple>) {
+          std::vector<KiCellExtractIjk::triplet> triplets;
+          for (const auto& [i, j] : cells)
+            triplets.push_back({i, j, 0});
+          return flatten(triplets, {topology.getNumCellsI(), topology.getNumCellsJ(), 1});
+        } else {
+          return flatten(cells, {topology.getNumCellsI(), topology.getNumCellsJ(), topology.getNumCellsK()});
+        }
+      }) {}
+
+  const Surface& extract(double factor, const Filter* filter) override {
+    return m_cells.shrink(this->getExtractorCallback(), nullptr, factor, filter);
+  }
+  const Surface& extract(const std::vector<Choice>& cells, double factor, const Filter* filter) override {
+    const std::vector<std::size_t> flat = m_flatten(cells);
+    return m_cells.shrink(this->getExtractorCallback(), &flat, factor, filter);
+  }
+  const KeXDataSetI<double>* extractScalarSet(const Set<double>& set) override {
+    return m_cells.template mapSet<double>(this->getExtractorCallback(), set);
+  }
+  const KeXDataSetI<Vec3>* extractVec3Set(const Set<Vec3>& set) override {
+    return m_cells.template mapSet<Vec3>(this->getExtractorCallback(), set);
+  }
+  const Surface& getExtract() const override { return m_cells.output(); }
+
+protected:
+  Cells<View> m_cells;
+
+private:
+  std::function<std::vector<std::size_t>(const std::vector<Choice>&)> m_flatten;
+};
+
+template <class View>
+using CellUnstructured = CellExtract<KiCellExtractUnstructured, View, KiDataSetI, KiCellFilterI, std::size_t>;
+using CellIj = CellExtract<KiCellExtractIj, kx::FlatMesh, KiDataSetIj, KiCellFilterIj, KiCellExtractIj::couple>;
+using CellIjk = CellExtract<KiCellExtractIjk, kx::MeshView, KiDataSetIjk, KiCellFilterIjk, KiCellExtractIjk::triplet>;
+
+class CellHexahedronIjk final : public CellExtract<KiCellExtractHexahedronIjk, kx::MeshView, KiDataSetIjk,
+                                                   KiCellFilterIjk, KiCellExtractIjk::triplet> {
+public:
+  using CellExtract::CellExtract;
+  using CellExtract::extractScalarSet;
+  using CellExtract::extractVec3Set;
+  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
+    return m_cells.mapSet<double>(getExtractorCallback(), set);
+  }
+  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
+    return m_cells.mapSet<Vec3>(getExtractorCallback(), set);
+  }
+};
+
+} // namespace
+
+KiCellExtractUnstructured* KiCellExtractUnstructured::getNewInstance(const KiVolumeMeshUnstructured& mesh,
+                                                                     bool parallel, KiTessellator*) {
+  return new CellUnstructured<kx::MeshView>(mesh, parallel, "KiCellExtractUnstructured");
+}
+KiCellExtractUnstructured* KiCellExtractUnstructured::getNewInstance(const KiSurfaceMeshUnstructured& mesh,
+                                                                     bool parallel, KiTessellator*) {
+  return new CellUnstructured<kx::FlatMesh>(mesh, parallel, "KiCellExtractUnstructured");
+}
+KiCellExtractHexahedronIjk* KiCellExtractHexahedronIjk::getNewInstance(const KiVolumeMeshHexahedronIjk& mesh,
+                                                                       bool parallel, KiTessellator*) {
+  return new CellHexahedronIjk(mesh, parallel, "KiCellExtractHexahedronIjk");
+}
+KiCellExtractIjk* KiCellExtractIjk::getNewInstance(const KiVolumeMeshRegular& mesh, bool parallel, KiTessellator*) {
+  return new CellIjk(mesh, parallel, "KiCellExtractIjk");
+}
+KiCellExtractIjk* KiCellExtractIjk::getNewInstance(const KiVolumeMeshRectilinear& mesh, bool parallel, KiTessellator*) {
+  return new CellIjk(mesh, parallel, "KiCellExtractIjk");
+}
+KiCellExtractIjk* KiCellExtractIjk::getNewInstance(const KiVolumeMeshCurvilinear& mesh, bool parallel, KiTessellator*) {
+  return new CellIjk(mesh, parallel, "KiCellExtractIjk");
+}
+KiCellExtractIj* KiCellExtractIj::getNewInstance(const KiSurfaceMeshRegular& mesh, bool parallel, KiTessellator*) {
+  return new CellIj(mesh, parallel, "KiCellExtractIj");
+}
+KiCellExtractIj* KiCellExtractIj::getNewInstance(const KiSurfaceMeshRectilinear& mesh, bool parallel, KiTessellator*) {
+  return new CellIj(mesh, parallel, "KiCellExtractIj");
+}
+KiCellExtractIj* KiCellExtractIj::getNewInstance(const KiSurfaceMeshCurvilinear& mesh, bool parallel, KiTessellator*) {
+  return new CellIj(mesh, parallel, "KiCellExtractIj");
+}
