@@ -131,7 +131,11 @@ void CellBins::fill(Run& run, std::size_t numCells, const BoxOf& boxOf) {
 
 void CellBins::build(Run& run, std::size_t numCells, const Box& bounds, const BoxOf& boxOf) {
   clear();
-  if (numCells == 0 || bounds.isEmpty()) return;
+  if (numCells == 0 || bounds.isEmpty()) {
+    run.phase("count cells", 0, [](std::size_t) {});
+    run.phase("fill bins", 0, [](std::size_t) {});
+    return;
+  }
   m_bounds = bounds;
   m_numChunks =
       std::min<std::size_t>(static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()) * 2, MAX_CHUNKS);

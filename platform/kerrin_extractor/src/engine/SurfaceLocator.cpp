@@ -79,17 +79,15 @@ void SurfaceLocator::update(Run& run, const Changes& changes, Faults& faults) {
   m_bins.clear();
   m_stamps = m_readStamps();
   m_cells.emplace(m_makeCells());
-  if (m_cells->numCells > 0) {
-    const Box bounds = findBounds(run);
-    m_tolerance = TOLERANCE * bounds.diagonal();
-    m_bins.build(run, m_cells->numCells, bounds, [&](std::size_t cell) { return boxOf(cell, faults); });
-  }
+  const Box bounds = findBounds(run);
+  m_tolerance = TOLERANCE * bounds.diagonal();
+  m_bins.build(run, m_cells->numCells, bounds, [&](std::size_t cell) { return boxOf(cell, faults); });
   m_isReady = true;
 }
 
 Box SurfaceLocator::findBounds(Run& run) const {
   const std::size_t begin = m_cells->beginNode;
-  const std::size_t numNodes = m_cells->endNode - begin;
+  const std::size_t numNodes = m_cells->numCells > 0 ? m_cells->endNode - begin : 0;
   std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
   run.phase("find bounds", parts.size(), [&](std::size_t step) {
     const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);

@@ -73,7 +73,7 @@ Changes VolumeLocator::getChanges() const {
 
 std::size_t VolumeLocator::numPhases(const Changes& changes) const {
   const bool hasWork = changes.geometry || changes.topology;
-  return hasWork ? CellBins::NUM_PHASES + 1 : 0;
+  return hasWork && !m_hasAxes ? CellBins::NUM_PHASES + 1 : 0;
 }
 
 void VolumeLocator::update(Run& run, const Changes& changes, Faults& faults) {
@@ -83,16 +83,19 @@ void VolumeLocator::update(Run& run, const Changes& changes, Faults& faults) {
   m_stamps = m_readStamps();
   m_mesh.emplace(m_makeView());
   m_topology = std::visit([](const auto& cells) { return topologyOf(cells); }, m_mesh->cells);
-  if (!m_mesh->fault.empty()) {
-    faults.post(m_mesh->fault);
-  } else if (m_mesh->points.kind == PointView::Kind::AXES) {
+  if (!m_mesh->fault.empty()) faults.post(m_mesh->fault);
+  if (m_hasAxes) {
     if (m_mesh->numCells > 0 && !checkAxes(faults)) m_mesh->numCells = 0;
-  } else if (m_mesh->numCells > 0) {
+    m_reach = {};
+    if (m_mesh->numCells > 0) {
+      m_reach.add(m_mesh->points[0]);
+      m_reach.add(m_mesh->points[m_mesh->endNode - 1]);
+    }
+  } else {
     m_hasGeneralCells = false;
-    const Box bounds = findBounds(run);
-    m_bins.build(run, m_mesh->numCells, bounds, [&](std::size_t cell) { return boxOf(cell, faults); });
-    m_reach = bounds;
-    m_reach.grow(bounds.diagonal() * (m_hasGeneralCells ? CURVED_MARGIN : BOX_MARGIN));
+    m_reach = findBounds(run);
+    m_bins.build(run, m_mesh->numCells, m_reach, [&](std::size_t cell) { return boxOf(cell, faults); });
+    m_reach.grow(m_reach.diagonal() * (m_hasGeneralCells ? CURVED_MARGIN : BOX_MARGIN));
   }
   m_isReady = true;
 }
@@ -114,7 +117,7 @@ bool VolumeLocator::checkAxes(Faults& faults) const {
 
 Box VolumeLocator::findBounds(Run& run) const {
   const std::size_t begin = m_mesh->beginNode;
-  const std::size_t numNodes = m_mesh->endNode - begin;
+  const std::size_t numNodes = m_mesh->numCells > 0 ? m_mesh->endNode - begin : 0;
   std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
   run.phase("find bounds", parts.size(), [&](std::size_t step) {
     const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);
@@ -184,7 +187,7 @@ Box VolumeLocator::boxOf(std::size_t cell, Faults& faults) {
 bool VolumeLocator::find(const Vec3& point, CellHit& hit) const {
   hit.cell = CellHit::NO_CELL;
   if (!m_isReady || m_mesh->numCells == 0) return false;
-  if (m_mesh->points.kind == PointView::Kind::AXES) return findOnAxes(point, hit);
+  if (m_hasAxes) return findOnAxes(point, hit);
   for (std::size_t axis = 0; axis < 3; ++axis)
     if (!(point[axis] >= m_reach.low[axis] && point[axis] <= m_reach.high[axis])) return false;
   const bool isClosable = m_mesh->hasClosedCells();
@@ -242,13 +245,33 @@ bool VolumeLocator::findInCell(std::size_t cell, const Vec3& point, CellHit& hit
   return true;
 }
 
+void VolumeLocator::loadNodes(std::size_t cell, CellHit& hit) const {
+  hit.cell = cell;
+  if (m_hasGeneralCells.load(std::memory_order_relaxed) && isGeneral(cell)) {
+    const KiVolumeCell* general = m_topology->getCell(cell);
+    hit.numCorners = 0;
+    hit.nodes.resize(general->getNumNodes());
+    for (std::size_t i = 0; i < hit.nodes.size(); ++i)
+      hit.nodes[i] = general->getNodeIndex(i);
+    return;
+  }
+  const CellCode code = std::visit([&](const auto& cells) { return cells.load(cell, hit.corners); }, m_mesh->cells);
+  hit.numCorners = NUM_CORNERS[code];
+}
+
+Box VolumeLocator::cellBox(std::size_t cell) const {
+  Box box;
+  CellHit hit;
+  loadNodes(cell, hit);
+  for (std::size_t i = 0; i < hit.numNodes(); ++i)
+    box.add(m_mesh->points[hit.node(i)]);
+  return box;
+}
+
 bool VolumeLocator::findInGeneralCell(std::size_t cell, const Vec3& point, CellHit& hit) const {
   const KiVolumeCell* general = m_topology->getCell(cell);
   if (!general->isPointInsideCell(*m_mesh->points.geometryI, point, hit.weights)) return false;
-  hit.numCorners = 0;
-  hit.nodes.resize(general->getNumNodes());
-  for (std::size_t i = 0; i < hit.nodes.size(); ++i)
-    hit.nodes[i] = general->getNodeIndex(i);
+  loadNodes(cell, hit);
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <functional>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace kx {
@@ -22,7 +23,8 @@ public:
   /// The mesh must outlive this object.
   template <class Mesh>
   explicit VolumeLocator(const Mesh& mesh)
-      : m_makeView([&mesh] { return MeshView(mesh); })
+      : m_hasAxes(std::is_base_of_v<KiVolumeMeshRegular, Mesh> || std::is_base_of_v<KiVolumeMeshRectilinear, Mesh>)
+      , m_makeView([&mesh] { return MeshView(mesh); })
       , m_readStamps(
             [&mesh] { return std::pair(mesh.getTopology().getTimeStamp(), mesh.getGeometry().getTimeStamp()); }) {}
 
@@ -46,6 +48,13 @@ public:
   /// a smaller index.
   bool findNear(const KbVec3<double>& point, CellHit& hit) const;
 
+  /// The nodes of a readable cell into `hit`, without weights.
+  void loadNodes(std::size_t cell, CellHit& hit) const;
+  /// A box around the corners or nodes of a readable cell.
+  Box cellBox(std::size_t cell) const;
+  /// A box around the mesh.
+  const Box& reach() const { return m_reach; }
+
 private:
   bool findOnAxes(const KbVec3<double>& point, CellHit& hit) const;
   bool findInCell(std::size_t cell, const KbVec3<double>& point, CellHit& hit) const;
@@ -56,6 +65,7 @@ private:
   Box boxOf(std::size_t cell, Faults& faults);
   Box findBounds(Run& run) const;
 
+  bool m_hasAxes; ///< no bins are needed
   std::function<MeshView()> m_makeView;
   std::function<std::pair<std::size_t, std::size_t>()> m_readStamps;
   std::optional<MeshView> m_mesh;
