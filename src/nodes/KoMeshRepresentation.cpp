@@ -136,15 +136,18 @@ void KoMeshRepresentation::rayPick(NxRayPickAction* action) {
   doAction(action);
   m_driver->rayPick(action);
   if (!m_meshDetail) return;
+  // A point with a detail of another kind gets the specialised one of the point before it; each point owns its copy.
+  std::unique_ptr<NxDetail> specialised;
   for (int i = 0; NxPickedPoint* point = action->getUnsortedPickedPoint(i); ++i) {
     if (point->getPath()->getTail() != this) continue;
-    const NxDetail* detail = point->getDetail();
-    NxDetail* specialised = nullptr;
-    if (const auto* face = dynamic_cast<const KoFaceDetail*>(detail))
-      specialised = m_meshDetail->specilizeFaceDetail(face);
-    else if (const auto* line = dynamic_cast<const KoLineDetail*>(detail))
-      specialised = m_meshDetail->specilizeLineDetail(line);
-    if (specialised) point->setDetail(specialised, static_cast<NxFullPath*>(point->getPath())->getTail());
+    if (const NxDetail* detail = point->getDetail()) {
+      if (const auto* face = dynamic_cast<const KoFaceDetail*>(detail))
+        specialised.reset(m_meshDetail->specilizeFaceDetail(face));
+      else if (const auto* line = dynamic_cast<const KoLineDetail*>(detail))
+        specialised.reset(m_meshDetail->specilizeLineDetail(line));
+      if (specialised)
+        point->setDetail(specialised->copy(), static_cast<NxFullPath*>(point->getPath())->getTail());
+    }
     point->setDetail(new KoMeshDetail(*m_meshDetail), this);
   }
 }
