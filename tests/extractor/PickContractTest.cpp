@@ -3,6 +3,12 @@
 #include "extractor/PickTestTools.h"
 
 #include <KerrinExtractor/KiCancellationException.h>
+#include <KerrinExtractor/KiInterpolatedLogicalSliceExtract.h>
+#include <KerrinExtractor/KiInterpolatedLogicalSliceExtractHexahedronIjk.h>
+#include <KerrinExtractor/KiLogicalSliceExtractCurvilinear.h>
+#include <KerrinExtractor/KiLogicalSliceExtractHexahedronIjk.h>
+#include <KerrinExtractor/KiLogicalSliceExtractRectilinear.h>
+#include <KerrinExtractor/KiLogicalSliceExtractRegular.h>
 #include <KerrinExtractor/KiSkinExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiSkinExtractIjk.h>
 #include <KerrinExtractor/KiSkinExtractUnstructured.h>
@@ -27,6 +33,19 @@ struct SkinOf {
   }
 };
 
+template <class K, class E>
+struct LogicalSliceOf : SkinOf<K, E> {
+  static const KeXSurfaceMeshUnstructured& extract(E& e, const KiCellFilterIjk* filter) {
+    return e.extract(KiMesh::DIMENSION_K, 1, true, filter);
+  }
+};
+template <class K, class E>
+struct InterpolatedSliceOf : SkinOf<K, E> {
+  static const KeXSurfaceMeshUnstructured& extract(E& e, const KiCellFilterIjk* filter) {
+    return e.extract(KiMesh::DIMENSION_J, 1.375, filter);
+  }
+};
+
 template <class Family>
 class PickContract : public testing::Test {
 protected:
@@ -48,7 +67,15 @@ protected:
 using Families =
     testing::Types<SkinOf<Unstructured, KiSkinExtractUnstructured>, SkinOf<HexahedronIjk, KiSkinExtractHexahedronIjk>,
                    SkinOf<VertexHexahedronIjk, KiSkinExtractIjk>, SkinOf<Regular, KiSkinExtractIjk>,
-                   SkinOf<Rectilinear, KiSkinExtractIjk>, SkinOf<Curvilinear, KiSkinExtractIjk>>;
+                   SkinOf<Rectilinear, KiSkinExtractIjk>, SkinOf<Curvilinear, KiSkinExtractIjk>,
+                   LogicalSliceOf<HexahedronIjk, KiLogicalSliceExtractHexahedronIjk>,
+                   LogicalSliceOf<Regular, KiLogicalSliceExtractRegular>,
+                   LogicalSliceOf<Rectilinear, KiLogicalSliceExtractRectilinear>,
+                   LogicalSliceOf<Curvilinear, KiLogicalSliceExtractCurvilinear>,
+                   InterpolatedSliceOf<HexahedronIjk, KiInterpolatedLogicalSliceExtractHexahedronIjk>,
+                   InterpolatedSliceOf<Regular, KiInterpolatedLogicalSliceExtract>,
+                   InterpolatedSliceOf<Rectilinear, KiInterpolatedLogicalSliceExtract>,
+                   InterpolatedSliceOf<Curvilinear, KiInterpolatedLogicalSliceExtract>>;
 TYPED_TEST_SUITE(PickContract, Families);
 
 TYPED_TEST(PickContract, GivesNothingForAMeshWithoutLivingCells) {
@@ -131,11 +158,11 @@ TYPED_TEST(PickContract, ParallelEqualsSerial) {
 }
 
 TYPED_TEST(PickContract, DeadAndRefusedCellsAreTheSame) {
-  std::vector<std::uint8_t> dead(4 * 3 * 3, 0);
+  std::vector<std::uint8_t> dead(5 * 3 * 3, 0);
   for (std::size_t c = 1; c < dead.size(); c += 2)
     dead[c] = 1;
-  const typename TypeParam::Kind deadKind({4, 3, 3}, dead);
-  const typename TypeParam::Kind liveKind({4, 3, 3});
+  const typename TypeParam::Kind deadKind({5, 3, 3}, dead);
+  const typename TypeParam::Kind liveKind({5, 3, 3});
   const auto filter = TestFixture::CellForm::filter(this->evenCells(liveKind), liveKind.counts);
   const auto a = this->make(deadKind);
   const auto b = this->make(liveKind);

@@ -2,20 +2,10 @@
 #include "FaceWriter.h"
 
 #include "CellGeometry.h"
-#include "NodeNumbers.h"
-
-#include <atomic>
-#include <cmath>
-#include <limits>
+#include "PolygonWriter.h"
 
 namespace kx {
 namespace {
-
-constexpr std::size_t CHUNK = 2048; // faces of one step
-constexpr std::size_t WORDS = 128;  // words of node bits of one step
-constexpr std::uint16_t REVERSED = 0x8000;
-
-bool isFinite(const KbVec3<double>& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
 
 double sizeOf(const MeshView& mesh, CellCode code, const CellNodes& nodes) {
   std::array<KbVec3<double>, 8> corners;
@@ -36,20 +26,6 @@ double sizeOf(const MeshView& mesh, const FaceCorners& corners) {
   return size;
 }
 
-/// Whether a structured mesh is left-handed: what most of a sample of its cells say.
-bool isLeftHanded(const MeshView& mesh) {
-  constexpr std::size_t SAMPLES = 255;
-  int sum = 0;
-  for (std::size_t s = 0; s < std::min(SAMPLES, mesh.numCells); ++s) {
-    const std::size_t cell = s * mesh.numCells / std::min(SAMPLES, mesh.numCells);
-    CellNodes nodes;
-    std::visit([&](const auto& cells) { cells.load(cell, nodes); }, mesh.cells);
-    const double size = sizeOf(mesh, HEXAHEDRON, nodes);
-    sum += (size > 0.0) - (size < 0.0);
-  }
-  return sum < 0;
-}
-
 /// Reads any face: takes doubled corners out (equal positions count as one where corners have positions of their own),
 /// looks at the positions and at the cell's orientation.
 template <class Cells>
@@ -62,7 +38,9 @@ public:
       , m_faults(faults) {}
 
   /// False for a face that is left out.
-  bool read(FaceRef ref) { return corners.load(m_mesh, m_cells, ref) && clean() && isFinite(ref.cell); }
+  bool read(FaceRef ref) {
+    return corners.load(m_mesh, m_cells, ref) && areNodes(ref.cell) && clean() && isFinite(ref.cell);
+  }
   /// The same, without a look at the positions, for a face that was not left out.
   void readAgain(FaceRef ref) {
     corners.load(m_mesh, m_cells, ref);
@@ -89,6 +67,18 @@ private:
   bool isSame(std::size_t a, std::size_t b) const {
     return a == b || (m_mesh.slotBits > 0 && m_mesh.points[a] == m_mesh.points[b]);
   }
+  bool areNodes(std::size_t cell) const {
+    const auto isNode = [this](std::size_t id) {
+      const std::size_t node = id >> m_mesh.slotBits;
+      return node >= m_mesh.beginNode && node < m_mesh.endNode;
+    };
+    const bool are =
+        corners.code == POLYHEDRON
+            ? std::all_of(corners.polyhedronNodes.begin(), corners.polyhedronNodes.end(), isNode)
+            : std::all_of(corners.cellNodes.begin(), corners.cellNodes.begin() + NUM_CORNERS[corners.code], isNode);
+    if (!are) m_faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+    return are;
+  }
   bool isFinite(std::size_t cell) const {
     for (std::size_t c = 0; c < corners.count; ++c) {
       if (kx::isFinite(m_mesh.points[corners.ids[c]])) continue;
@@ -108,7 +98,7 @@ private:
 /// is kept from face to face.
 class GridReader {
 public:
-  GridReader(const MeshView& mesh, const GridCells& cells, bool isLeftHanded, Faults&)
+  GridReader(const MeshView& mesh, const GridCells& cells, bool isLeftHanded)
       : m_cells(cells)
       , m_isLeftHanded(isLeftHanded) {
     corners.count = 4;
@@ -145,100 +135,37 @@ private:
   std::size_t m_nodeBegin = 0;
 };
 
-/// Writes the faces as `makeReader()` reads them. False when a written position is not finite.
-template <class MakeReader>
-bool writeFaces(Run& run, const MeshView& mesh, const FaceList& faces, const MakeReader& makeReader,
-                SurfaceData& output, Faults& faults) {
-  const std::size_t numChunks = (faces.size() + CHUNK - 1) / CHUNK;
-  const std::size_t endId = mesh.endNode << mesh.slotBits;
-  NodeNumbers numbers(endId);
-  Array<std::uint16_t> kinds; // number of corners, 0 for a face that is left out, and whether it is reversed
-  kinds.resize(faces.size());
-  struct Count {
-    std::size_t polygons = 0;
-    std::size_t indices = 0;
-  };
-  std::vector<Count> begins(numChunks + 1);
-
-  run.phase("number nodes", numChunks, [&](std::size_t chunk) {
-    auto reader = makeReader();
-    Count count;
-    for (std::size_t f = chunk * CHUNK; f < std::min((chunk + 1) * CHUNK, faces.size()); ++f) {
-      kinds[f] = 0;
-      if (!reader.read(faces[f])) continue;
-      const std::size_t n = std::min<std::size_t>(reader.corners.count, REVERSED - 1u);
-      for (std::size_t c = 0; c < n; ++c)
-        numbers.mark(reader.corners.ids[c]);
-      kinds[f] = static_cast<std::uint16_t>(n | (reader.isReversed() ? REVERSED : 0u));
-      ++count.polygons;
-      count.indices += n + 1;
-    }
-    begins[chunk + 1] = count;
-  });
-  for (std::size_t chunk = 0; chunk < numChunks; ++chunk) {
-    begins[chunk + 1].polygons += begins[chunk].polygons;
-    begins[chunk + 1].indices += begins[chunk].indices;
-  }
-  numbers.finish();
-  if (numbers.count() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-    faults.post("the surface has " + std::to_string(numbers.count()) + " nodes, too many for 32-bit indices");
-    output.clear();
-    return true;
-  }
-
-  output.indices.resize(begins.back().indices);
-  output.inputCells.resize(begins.back().polygons, mesh.numCells);
-  run.phase("write faces", numChunks, [&](std::size_t chunk) {
-    auto reader = makeReader();
-    std::size_t polygon = begins[chunk].polygons;
-    std::int32_t* index = output.indices.data() + begins[chunk].indices;
-    for (std::size_t f = chunk * CHUNK; f < std::min((chunk + 1) * CHUNK, faces.size()); ++f) {
-      if (kinds[f] == 0) continue;
-      reader.readAgain(faces[f]);
-      const std::size_t n = kinds[f] & (REVERSED - 1u);
-      const bool isReversed = (kinds[f] & REVERSED) != 0;
-      for (std::size_t c = 0; c < n; ++c)
-        *index++ = static_cast<std::int32_t>(numbers[reader.corners.ids[isReversed ? n - 1 - c : c]]);
-      *index++ = -1;
-      output.inputCells.set(polygon++, faces[f].cell);
-    }
-  });
-
-  output.vertices.resize(3 * numbers.count());
-  output.edgeBegins.resize(numbers.count(), endId);
-  output.edgeEnds.resize(numbers.count(), endId);
-  output.weights.resize(numbers.count());
-  std::atomic<bool> areFinite{true};
-  run.phase("write nodes", (numbers.numWords() + WORDS - 1) / WORDS, [&](std::size_t step) {
-    double notFinite = 0.0;
-    for (std::size_t w = step * WORDS; w < std::min((step + 1) * WORDS, numbers.numWords()); ++w)
-      numbers.visitWord(w, [&](std::size_t id, std::size_t vertex) {
-        const KbVec3<double> p = mesh.points[id];
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-          output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
-          notFinite += p[axis] - p[axis];
-        }
-        output.edgeBegins.set(vertex, id);
-        output.edgeEnds.set(vertex, id);
-        output.weights[vertex] = 0.0f;
-      });
-    if (!(notFinite == 0.0)) areFinite.store(false, std::memory_order_relaxed);
-  });
-  return areFinite.load(std::memory_order_relaxed);
-}
-
 } // namespace
 
-void FaceWriter::write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults) {
+bool FaceWriter::isLeftHanded(const MeshView& mesh) {
+  constexpr std::size_t SAMPLES = 255;
+  int sum = 0;
+  for (std::size_t s = 0; s < std::min(SAMPLES, mesh.numCells); ++s) {
+    const std::size_t cell = s * mesh.numCells / std::min(SAMPLES, mesh.numCells);
+    CellNodes nodes;
+    std::visit([&](const auto& cells) { cells.load(cell, nodes); }, mesh.cells);
+    if (std::any_of(nodes.begin(), nodes.end(), [&](std::size_t id) {
+          return (id >> mesh.slotBits) < mesh.beginNode || (id >> mesh.slotBits) >= mesh.endNode;
+        }))
+      continue;
+    const double size = sizeOf(mesh, HEXAHEDRON, nodes);
+    sum += (size > 0.0) - (size < 0.0);
+  }
+  return sum < 0;
+}
+
+void FaceWriter::write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults,
+                       Array<std::uint32_t>* faceOfPolygon) {
   const bool isLeft = mesh.isStructured && isLeftHanded(mesh);
+  const PolygonWriter writer{run,    mesh.points,  mesh.endNode << mesh.slotBits, mesh.numCells, output,
+                             faults, faceOfPolygon};
+  const auto faceAt = [&](std::size_t f) { return faces[f]; };
   if (const auto* grid = std::get_if<GridCells>(&mesh.cells);
-      grid && writeFaces(
-                  run, mesh, faces, [&] { return GridReader(mesh, *grid, isLeft, faults); }, output, faults))
+      grid && writer.write(faces.size(), faceAt, [&] { return GridReader(mesh, *grid, isLeft); }))
     return;
   std::visit(
       [&](const auto& cells) {
-        writeFaces(
-            run, mesh, faces, [&] { return GeneralReader(mesh, cells, isLeft, faults); }, output, faults);
+        writer.write(faces.size(), faceAt, [&] { return GeneralReader(mesh, cells, isLeft, faults); });
       },
       mesh.cells);
 }

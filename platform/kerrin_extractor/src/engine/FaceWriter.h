@@ -20,7 +20,11 @@ public:
   static auto valueAt(const SurfaceData& data) {
     return [&data](const auto& values, std::size_t vertex) { return values(data.edgeBegins[vertex]); };
   }
-  static void write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults);
+  /// Whether a structured mesh is left-handed: what most of a sample of its cells say.
+  static bool isLeftHanded(const MeshView& mesh);
+  /// `faceOfPolygon` receives, for each output polygon, the position of its face in the list.
+  static void write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults,
+                    Array<std::uint32_t>* faceOfPolygon = nullptr);
 };
 
 } // namespace kx

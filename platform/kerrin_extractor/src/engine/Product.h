@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "ExtractedGeometry.h"
+#include "Extraction.h"
 #include "Faults.h"
 #include "MappedSets.h"
 #include "MeshView.h"
@@ -15,28 +15,6 @@
 #include <vector>
 
 namespace kx {
-
-/// Calls `visit(values)` with the values of a set by flat index. False when the set has another form or binding than
-/// the volume mesh wants: I for cells and nodes of explicit meshes and for nodes of explicit hexahedra, Ijk for the
-/// others; and, with a reason in `fault`, for a set that is too short.
-template <class T, class Visit>
-bool visitValues(const MeshView& mesh, const KiDataSetI<T>& set, std::string& fault, const Visit& visit) {
-  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (isPerNode ? mesh.hasGridNodes : mesh.isStructured || set.getBinding() != DataBinding::PER_CELL) return false;
-  const std::optional<SetView<T>> view = viewSet(set, isPerNode ? mesh.endNode : mesh.numCells, fault);
-  if (view) std::visit(visit, *view);
-  return view.has_value();
-}
-
-template <class T, class Visit>
-bool visitValues(const MeshView& mesh, const KiDataSetIjk<T>& set, std::string& fault, const Visit& visit) {
-  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (isPerNode ? !mesh.hasGridNodes : !mesh.isStructured || set.getBinding() != DataBinding::PER_CELL) return false;
-  const std::optional<SetView<T>> view =
-      viewSet(set, isPerNode ? mesh.nodeDims : mesh.cellDims, isPerNode ? mesh.slotBits : 0, fault);
-  if (view) std::visit(visit, *view);
-  return view.has_value();
-}
 
 /// The output of an extractor that picks parts of its mesh: what it was made from, and the sets mapped onto it. `View`
 /// is the view of the mesh, `Output` an output mesh with `data()`, `commit` and `outputStamp`.
@@ -111,7 +89,7 @@ public:
     const View view = m_view();
     std::string fault;
     const KeXDataSetI<T>* mapped = nullptr;
-    visitValues(view, set, fault, [&](const auto& values) {
+    visitSet(view, set, fault, [&](const auto& values) {
       Run run(callback, m_isParallel, origin, {false, false, true}, 1);
       const auto& data = m_output.data();
       if (set.getBinding() == DataBinding::PER_CELL)

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "LayerSurface.h"
+
+#include "FaceWriter.h"
+#include "PolygonWriter.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kx {
+namespace {
+
+constexpr std::size_t STEP = 4096; // cells or vertices of one step
+
+std::size_t countAlong(const Dims& dims, std::size_t axis) { return axis == 0 ? dims.i : axis == 1 ? dims.j : dims.k; }
+
+} // namespace
+
+std::vector<std::size_t> openCellsOfLayer(const MeshView& mesh, std::size_t axis, std::size_t index) {
+  std::vector<std::size_t> cells;
+  const Dims& dims = mesh.cellDims;
+  if (axis > 2 || index >= countAlong(dims, axis)) return cells;
+  const auto from = [&](std::size_t a) { return a == axis ? index : 0; };
+  const auto to = [&](std::size_t a) { return a == axis ? index + 1 : countAlong(dims, a); };
+  for (std::size_t k = from(2); k < to(2); ++k)
+    for (std::size_t j = from(1); j < to(1); ++j)
+      for (std::size_t i = from(0); i < to(0); ++i)
+        if (const std::size_t cell = dims.flat(i, j, k); mesh.isOpen(cell)) cells.push_back(cell);
+  return cells;
+}
+
+void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, double position, SurfaceData& output,
+                         Faults& faults) {
+  const std::size_t numLayers = axis > 2 ? 0 : countAlong(mesh.cellDims, axis);
+  if (!(position >= 0.0 && position <= static_cast<double>(numLayers))) {
+    run.phase("find edges", 0, [](std::size_t) {});
+    run.phase("write", 0, [](std::size_t) {});
+    output.clear();
+    return;
+  }
+  const std::size_t layer = std::min(static_cast<std::size_t>(position), numLayers - 1);
+  const double weight = position - static_cast<double>(layer);
+  const std::vector<std::size_t> cells = openCellsOfLayer(mesh, axis, layer);
+  const bool isReversed = FaceWriter::isLeftHanded(mesh);
+
+  // The edge of each corner by its two nodes; a whole position takes one node for both.
+  using Edge = std::pair<std::size_t, std::size_t>;
+  Array<std::array<Edge, 4>> quads;
+  Array<std::uint8_t> isUsable;
+  quads.resize(cells.size());
+  isUsable.resize(cells.size());
+  const CellFace& face = CELL_FACES[HEXAHEDRON].faces[HEXAHEDRON_FACE[axis][1]];
+  run.phase("find edges", (cells.size() + STEP - 1) / STEP, [&](std::size_t step) {
+    CellNodes nodes;
+    for (std::size_t q = step * STEP; q < std::min((step + 1) * STEP, cells.size()); ++q) {
+      std::visit([&](const auto& view) { view.load(cells[q], nodes); }, mesh.cells);
+      isUsable[q] = 0;
+      if (!std::all_of(nodes.begin(), nodes.end(),
+                       [&](std::size_t n) { return n >= mesh.beginNode && n < mesh.endNode; })) {
+        faults.add(Faults::NODE_OUT_OF_RANGE, cells[q]);
+        continue;
+      }
+      bool areFinite = true;
+      for (std::size_t c = 0; c < 4; ++c) {
+        const std::size_t corner = face.corners[isReversed ? 3 - c : c];
+        const std::size_t upper = nodes[corner];
+        const std::size_t lower = nodes[CORNER_OF_OFFSET[OFFSET_OF_CORNER[corner] & ~(std::size_t{1} << axis)]];
+        quads[q][c] = {weight == 1.0 ? upper : lower, weight == 0.0 ? lower : upper};
+        areFinite = areFinite && isFinite(mesh.points[quads[q][c].first]) && isFinite(mesh.points[quads[q][c].second]);
+      }
+      if (!areFinite) faults.add(Faults::COORDINATE_NOT_FINITE, cells[q]);
+      isUsable[q] = areFinite;
+    }
+  });
+
+  std::vector<Edge> edges;
+  std::vector<std::size_t> used;
+  for (std::size_t q = 0; q < cells.size(); ++q) {
+    if (isUsable[q] == 0) continue;
+    used.push_back(q);
+    edges.insert(edges.end(), quads[q].begin(), quads[q].end());
+  }
+  std::sort(edges.begin(), edges.end());
+  edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+
+  output.indices.resize(5 * used.size());
+  output.inputCells.resize(used.size(), mesh.numCells);
+  output.vertices.resize(3 * edges.size());
+  output.edgeBegins.resize(edges.size(), mesh.endNode);
+  output.edgeEnds.resize(edges.size(), mesh.endNode);
+  output.weights.resize(edges.size());
+  const std::size_t numQuadSteps = (used.size() + STEP - 1) / STEP;
+  run.phase("write", numQuadSteps + (edges.size() + STEP - 1) / STEP, [&](std::size_t step) {
+    if (step < numQuadSteps) {
+      for (std::size_t p = step * STEP; p < std::min((step + 1) * STEP, used.size()); ++p) {
+        for (std::size_t c = 0; c < 4; ++c)
+          output.indices[5 * p + c] = static_cast<std::int32_t>(
+              std::lower_bound(edges.begin(), edges.end(), quads[used[p]][c]) - edges.begin());
+        output.indices[5 * p + 4] = -1;
+        output.inputCells.set(p, cells[used[p]]);
+      }
+      return;
+    }
+    const std::size_t begin = (step - numQuadSteps) * STEP;
+    for (std::size_t v = begin; v < std::min(begin + STEP, edges.size()); ++v) {
+      const auto [lower, upper] = edges[v];
+      const double w = lower == upper ? 0.0 : weight;
+      const KbVec3<double> a = mesh.points[lower];
+      const KbVec3<double> p = w == 0.0 ? a : a + (mesh.points[upper] - a) * w;
+      for (std::size_t x = 0; x < 3; ++x)
+        output.vertices[3 * v + x] = static_cast<float>(p[x]);
+      output.edgeBegins.set(v, lower);
+      output.edgeEnds.set(v, upper);
+      output.weights[v] = static_cast<float>(w);
+    }
+  });
+}
+
+} // namespace kx

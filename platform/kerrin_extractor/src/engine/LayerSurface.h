@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "Faults.h"
+#include "MeshView.h"
+#include "Run.h"
+#include "SurfaceMesh.h"
+
+#include <vector>
+
+namespace kx {
+
+/// The open cells of a structured mesh with an index along an axis, in flat order; none for an index out of range.
+std::vector<std::size_t> openCellsOfLayer(const MeshView& mesh, std::size_t axis, std::size_t index);
+
+/// The surface at a fractional node position along an axis: one quadrangle a cell, with its corners on the cell's four
+/// edges along the axis, turned to growing indices. Neighbours share the corners on shared edges; faults stay open.
+class LayerSurface {
+public:
+  static constexpr std::size_t NUM_PHASES = 2;
+  /// A position outside [0, number of cells] yields nothing.
+  static void write(Run& run, const MeshView& mesh, std::size_t axis, double position, SurfaceData& output,
+                    Faults& faults);
+  /// The value at an output vertex. A vertex on a node takes that node's value alone.
+  static auto valueAt(const SurfaceData& data) {
+    return [&data](const auto& values, std::size_t vertex) {
+      const auto a = values(data.edgeBegins[vertex]);
+      const auto weight = static_cast<double>(data.weights[vertex]);
+      return weight == 0.0 ? a : a + (values(data.edgeEnds[vertex]) - a) * weight;
+    };
+  }
+};
+
+} // namespace kx
