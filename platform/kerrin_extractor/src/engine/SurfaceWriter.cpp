@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "SurfaceWriter.h"
+
+namespace kx {
+namespace {
+
+struct CellRef {
+  std::size_t cell;
+};
+
+/// The corners of open cells, without repetitions of neighbours.
+template <class Cells>
+class CellReader {
+public:
+  struct Corners {
+    std::vector<std::size_t> ids;
+    std::size_t count = 0;
+  };
+
+  CellReader(const FlatMesh& mesh, const Cells& cells, Faults& faults)
+      : m_mesh(mesh)
+      , m_cells(cells)
+      , m_faults(faults) {}
+
+  bool read(CellRef ref) {
+    if (m_mesh.hasClosedCells() && !m_mesh.isOpen(ref.cell)) return false;
+    m_cells.load(ref.cell, m_nodes);
+    if (m_nodes.numCorners == 0) return fail(Faults::UNREADABLE_CELL, ref.cell);
+    if (!m_mesh.hasValidNodes(m_nodes)) return fail(Faults::NODE_OUT_OF_RANGE, ref.cell);
+    if (!clean()) return false;
+    for (std::size_t c = 0; c < corners.count; ++c)
+      if (!isFinite(m_mesh.points[corners.ids[c]])) return fail(Faults::COORDINATE_NOT_FINITE, ref.cell);
+    return true;
+  }
+  void readAgain(CellRef ref) {
+    m_cells.load(ref.cell, m_nodes);
+    clean();
+  }
+  bool isReversed() const { return false; }
+  Corners corners;
+
+private:
+  bool fail(Faults::Kind kind, std::size_t cell) {
+    m_faults.add(kind, cell);
+    return false;
+  }
+  bool clean() {
+    std::vector<std::size_t>& ids = corners.ids;
+    ids.resize(std::max(ids.size(), m_nodes.numCorners));
+    std::size_t& count = corners.count;
+    count = 0;
+    for (std::size_t c = 0; c < m_nodes.numCorners; ++c)
+      if (count == 0 || ids[count - 1] != m_nodes.ids[c]) ids[count++] = m_nodes.ids[c];
+    while (count > 1 && ids[count - 1] == ids[0])
+      --count;
+    return count == 3 || (count == 4 && ids[0] != ids[2] && ids[1] != ids[3]) || count > 4;
+  }
+
+  const FlatMesh& m_mesh;
+  const Cells& m_cells;
+  Faults& m_faults;
+  CellNodeList m_nodes;
+};
+
+} // namespace
+
+void SurfaceWriter::write(Run& run, const FlatMesh& mesh, SurfaceData& output, Faults& faults) {
+  const PolygonWriter writer{run, mesh.points, mesh.endNode, mesh.numCells, output, faults};
+  std::visit(
+      [&](const auto& cells) {
+        writer.write(
+            mesh.numCells, [](std::size_t cell) { return CellRef{cell}; },
+            [&] { return CellReader(mesh, cells, faults); });
+      },
+      mesh.cells);
+}
+
+} // namespace kx

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "Faults.h"
+#include "FlatMesh.h"
+#include "PolygonWriter.h"
+#include "Run.h"
+#include "SurfaceMesh.h"
+
+namespace kx {
+
+/// Writes the open cells of a surface mesh as polygons, quadratic ones by their corners, in the order of the cells.
+class SurfaceWriter {
+public:
+  static constexpr std::size_t NUM_PHASES = PolygonWriter::NUM_PHASES;
+  /// Cells with fewer than three distinct corners are left out; so are, with a message, those that cannot be read.
+  static void write(Run& run, const FlatMesh& mesh, SurfaceData& output, Faults& faults);
+};
+
+} // namespace kx
