@@ -205,9 +205,9 @@ void FlatMesh::readExplicit(const Topology& topology, const VirtualCells& otherw
 void FlatMesh::readGrid(const KiTopologyIj& topology) {
   m_topologyIj = &topology;
   cellDims = {topology.getNumCellsI(), topology.getNumCellsJ(), 1};
-  nodeDims = {cellDims.i + 1, cellDims.j + 1, 1};
   address = {true, {cellDims.i, cellDims.j, 0}};
   numCells = cellDims.count();
+  if (numCells > 0) nodeDims = {cellDims.i + 1, cellDims.j + 1, 1}; // a grid without cells asks for no values
   endNode = nodeDims.count();
   points.nodes = nodeDims;
   readDead(topology);
