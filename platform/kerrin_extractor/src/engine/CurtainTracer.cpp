@@ -116,7 +116,7 @@ public:
     if (m_segments.empty()) return FaceCutter::DONE;
     const bool hasJoint =
         std::any_of(m_segments.begin(), m_segments.end(), [&](std::size_t s) { return m_curtain.hasJoint(s, box); });
-    if (n > 3 && (hasJoint || !isConvexPolygon(m_corners))) {
+    if (n > 3 && (hasJoint || !isConvexPolygon(m_corners) || isWarpedPolygon(m_corners))) {
       triangulatePolygon(m_corners, m_triangles);
     } else {
       m_triangles.clear();

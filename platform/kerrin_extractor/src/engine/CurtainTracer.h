@@ -55,7 +55,7 @@ private:
 
 /// Cuts the faces of a surface mesh by a curtain.
 ///
-/// A face without a joint of the polyline in its shadow is cut as by a plane. One with a joint is cut in triangles, on
+/// A flat face without a joint of the polyline in its shadow is cut as by a plane. Others are cut in triangles, on
 /// which the two pieces that meet at a joint share a vertex: the point where the line through the joint pierces the
 /// triangle.
 class CurtainTracer {

@@ -38,8 +38,26 @@ bool isConvexPolygon(std::span<const KbVec3<double>> corners) {
   return true;
 }
 
+bool isWarpedPolygon(std::span<const KbVec3<double>> corners) {
+  const KbVec3<double> normal = areaVector(corners);
+  // Heights times the normal's length, against a thousandth of the size, which is the root of that length.
+  const double length = normal.length();
+  const double limit = 1e-3 * length * std::sqrt(length);
+  for (std::size_t i = 1; i < corners.size(); ++i)
+    if (std::abs((corners[i] - corners[0]).dot(normal)) > limit) return true;
+  return false;
+}
+
 void triangulatePolygon(std::span<const KbVec3<double>> corners, std::vector<std::array<std::size_t, 3>>& triangles) {
   triangles.clear();
+  if (corners.size() == 4 && isConvexPolygon(corners)) {
+    const bool firstIsShorter = (corners[2] - corners[0]).squaredLength() <= (corners[3] - corners[1]).squaredLength();
+    if (firstIsShorter)
+      triangles.assign({{0, 1, 2}, {0, 2, 3}});
+    else
+      triangles.assign({{0, 1, 3}, {1, 2, 3}});
+    return;
+  }
   const KbVec3<double> normal = areaVector(corners);
   std::size_t drop = 0; // the axis along which the polygon is looked at
   for (std::size_t axis = 1; axis < 3; ++axis)

@@ -20,11 +20,13 @@ struct NodeEdge {
 
 /// Splits a simple, possibly concave polygon into triangles of its corner numbers by clipping ears (G. H. Meisters,
 /// Polygons have ears, Amer. Math. Monthly 82, 1975), in the plane of its mean normal. Always yields n - 2 triangles;
-/// those of a polygon that crosses itself overlap.
+/// those of a polygon that crosses itself overlap. A convex quadrangle is split along its shorter diagonal.
 void triangulatePolygon(std::span<const KbVec3<double>> corners, std::vector<std::array<std::size_t, 3>>& triangles);
 
 /// Whether no corner of a polygon turns against its mean normal.
 bool isConvexPolygon(std::span<const KbVec3<double>> corners);
+/// Whether the corners lie visibly apart from one plane: by more than a thousandth of the polygon's size.
+bool isWarpedPolygon(std::span<const KbVec3<double>> corners);
 
 /// Cuts a convex face, given by local numbers of its corners. `ids` and `values` belong to the corners of the whole
 /// face.
@@ -64,6 +66,11 @@ class FaceCutter {
 public:
   enum Result { DONE, NOT_FINITE };
 
+  /// With `splitsWarpedFaces`, faces that are not flat are cut triangle by triangle too: for fields that are sections
+  /// of the surface itself, since a single segment would take a short cut through space.
+  explicit FaceCutter(bool splitsWarpedFaces = false)
+      : m_splitsWarpedFaces(splitsWarpedFaces) {}
+
   /// Calls `emit(NodeEdge from, NodeEdge to)` for each segment; the inside is on the same side of all of them.
   /// `values` belong to the corners of the face and are finite.
   template <class Emit>
@@ -78,7 +85,7 @@ public:
     for (std::size_t i = 0; i < n; ++i)
       m_corners[i] = points[face.ids[i]];
     if (!isFinite(m_corners)) return NOT_FINITE;
-    if (n == 3 || isConvexPolygon(m_corners)) {
+    if (n == 3 || (isConvexPolygon(m_corners) && !(m_splitsWarpedFaces && isWarpedPolygon(m_corners)))) {
       m_order.resize(n);
       for (std::size_t i = 0; i < n; ++i)
         m_order[i] = i;
@@ -94,6 +101,7 @@ public:
   static bool isFinite(std::span<const KbVec3<double>> corners);
 
 private:
+  bool m_splitsWarpedFaces;
   std::vector<KbVec3<double>> m_corners;
   std::vector<std::size_t> m_order;
   std::vector<std::array<std::size_t, 3>> m_triangles;

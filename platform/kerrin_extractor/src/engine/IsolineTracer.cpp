@@ -28,6 +28,7 @@ struct IsolineTracer::Job {
   const FlatMesh& mesh;
   const ScalarField& field;
   const std::vector<double>& isovalues;
+  bool isSection; ///< the field is a function of space that cuts the surface
   Faults& faults;
 };
 
@@ -70,20 +71,20 @@ void IsolineTracer::trace(Run& run, const FlatMesh& mesh, const ScalarField& fie
   for (std::size_t s = 1; s < levels.begins.size(); ++s)
     levels.begins[s] += levels.begins[s - 1];
 
-  Job job{run, mesh, field, isovalues, faults};
+  Job job{run, mesh, field, isovalues, false, faults};
   cutChunks(job, levels, buildsIndex, true);
   run.phase("join", isovalues.size(), [&](std::size_t value) { join(job, value, *lines[value]); });
   m_chunks.clear();
 }
 
-void IsolineTracer::traceOnce(Run& run, const FlatMesh& mesh, const ScalarField& field, double isovalue, Isoline& line,
-                              Faults& faults) {
+void IsolineTracer::traceSection(Run& run, const FlatMesh& mesh, const ScalarField& field, double isovalue,
+                                 Isoline& line, Faults& faults) {
   m_scale = 0.0; // one step for all values
   Levels levels;
   levels.sorted.emplace_back(isovalue, 0);
   std::fill(levels.begins.begin() + 1, levels.begins.end(), 1);
   const std::vector<double> isovalues{isovalue};
-  Job job{run, mesh, field, isovalues, faults};
+  Job job{run, mesh, field, isovalues, true, faults};
   cutChunks(job, levels, true, false);
   run.phase("join", 1, [&](std::size_t) { join(job, 0, line); });
   m_chunks.clear();
@@ -170,7 +171,7 @@ void IsolineTracer::cutChunks(Job& job, const Levels& levels, bool buildsIndex, 
       for (const Crossing& crossing : found)
         crossed[next[crossing.value]++] = crossing.cell;
 
-      FaceCutter cutter;
+      FaceCutter cutter(job.isSection);
       Numbers<NodeEdge> numbers;
       std::vector<double> corners;
       chunk.segments.reserve(found.size());

@@ -39,9 +39,10 @@ public:
   /// has one entry for each value; values that are not finite yield no lines.
   void trace(Run& run, const FlatMesh& mesh, const ScalarField& field, const std::vector<double>& isovalues,
              bool buildsIndex, const std::vector<Isoline*>& lines, Faults& faults);
-  /// Traces a single value without keeping an index.
-  void traceOnce(Run& run, const FlatMesh& mesh, const ScalarField& field, double isovalue, Isoline& line,
-                 Faults& faults);
+  /// Traces a single value of a function of space, a section of the surface, without keeping an index. Faces that are
+  /// not flat are cut in triangles.
+  void traceSection(Run& run, const FlatMesh& mesh, const ScalarField& field, double isovalue, Isoline& line,
+                    Faults& faults);
 
 private:
   struct Crossing {

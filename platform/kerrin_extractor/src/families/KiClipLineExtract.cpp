@@ -23,7 +23,7 @@ public:
            plane.fault() ? plane.fault() : "", kx::IsolineTracer::NUM_PHASES,
            [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
              dropSets(false);
-             kx::IsolineTracer().traceOnce(run, mesh, kx::FunctionValues{&plane, &mesh.points}, 0.0, m_line, faults);
+             kx::IsolineTracer().traceSection(run, mesh, kx::FunctionValues{&plane, &mesh.points}, 0.0, m_line, faults);
            });
     return m_line.mesh;
   }
