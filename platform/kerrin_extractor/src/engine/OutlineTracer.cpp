@@ -29,9 +29,10 @@ struct Edge {
 
 class Tracer {
 public:
-  Tracer(const SurfaceData& surface, const OutlineTracer::SideOf& sideOf)
+  Tracer(const SurfaceData& surface, const OutlineTracer::SideOf& sideOf, OutlineTracer::Selection selection)
       : m_surface(surface)
-      , m_sideOf(sideOf) {}
+      , m_sideOf(sideOf)
+      , m_takesAll(selection == OutlineTracer::Selection::ALL) {}
 
   void listEdges() {
     m_begins.assign(m_surface.numVertices() + 1, 0);
@@ -69,7 +70,7 @@ public:
       HalfEdge* next = begin + 1;
       while (next != end && next->other == begin->other)
         ++next;
-      if (next - begin != 2 || isFeature(begin[0], begin[1]))
+      if (m_takesAll || next - begin != 2 || isFeature(begin[0], begin[1]))
         chosen.push_back({static_cast<std::uint32_t>(smaller), begin->other, begin->polygon});
       begin = next;
     }
@@ -112,6 +113,7 @@ private:
 
   const SurfaceData& m_surface;
   const OutlineTracer::SideOf& m_sideOf;
+  bool m_takesAll;
   std::vector<std::uint32_t> m_begins; ///< first half edge of each vertex
   std::vector<std::size_t> m_polygonBegins;
   Array<HalfEdge> m_halfEdges;
@@ -121,8 +123,8 @@ private:
 } // namespace
 
 void OutlineTracer::trace(Run& run, const SurfaceData& surface, const SideOf& sideOf, std::size_t numInputCells,
-                          std::size_t endId, const OutlineData& output) {
-  Tracer tracer(surface, sideOf);
+                          std::size_t endId, const OutlineData& output, Selection selection) {
+  Tracer tracer(surface, sideOf, selection);
   run.phase("list edges", 1, [&](std::size_t) { tracer.listEdges(); });
   run.phase("find normals", (surface.numCells() + STEP - 1) / STEP, [&](std::size_t step) {
     for (std::size_t p = step * STEP; p < std::min((step + 1) * STEP, surface.numCells()); ++p)

@@ -16,17 +16,18 @@ struct OutlineData {
   IndexArray& nodes;
 };
 
-/// Picks the feature edges of a surface: those of one polygon alone, of more than two, of two polygons whose normals
-/// differ by more than 30 degrees, and of two polygons on different sides of the index box. Edges come out in the order
-/// of their smaller vertex, vertices in the order of the surface's; an edge's input cell is that of the first of its
-/// polygons.
+/// Picks the feature edges of a surface (or all of them): those of one polygon alone, of more than two, of two polygons
+/// whose normals differ by more than 30 degrees, and of two polygons on different sides of the index box. Edges come
+/// out in the order of their smaller vertex, vertices in the order of the surface's; an edge's input cell is that of
+/// the first of its polygons.
 class OutlineTracer {
 public:
   static constexpr std::size_t NUM_PHASES = 3;
   /// The side of the index box on which a polygon of the surface lies, from 1; 0 for none. Null: there is no box.
   using SideOf = std::function<std::uint8_t(std::size_t polygon)>;
+  enum class Selection { FEATURES, ALL };
   static void trace(Run& run, const SurfaceData& surface, const SideOf& sideOf, std::size_t numInputCells,
-                    std::size_t endId, const OutlineData& output);
+                    std::size_t endId, const OutlineData& output, Selection selection = Selection::FEATURES);
 };
 
 } // namespace kx

@@ -8,7 +8,8 @@
 #include <KerrinExtractor/KiSurfaceMeshUnstructured.h>
 #include <KerrinExtractor/KiTessellator.h>
 
-/// An unstructured surface mesh as polygons, without its dead and refused cells.
+/// An unstructured surface mesh as polygons, without its dead and refused cells. Quadratic cells are taken by their
+/// corners, with or without a tessellator.
 class KERRIN_EXTRACTOR_API KiSurfaceExtractUnstructured : public KiSurfaceExtractorI<> {
 public:
   /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
@@ -17,9 +18,9 @@ public:
                                                       KiTessellator* tessellator);
 
   using KiSurfaceExtractorI<>::extract;
-  /// The same with the cells subdivided by `tessellator` (null: as linear cells).
+  /// The same as `extract(filter)`.
   virtual const KeXSurfaceMeshUnstructured& extract(KiTessellator* tessellator, const KiCellFilterI* filter) = 0;
-  /// The edges of the cells as lines and their nodes as points.
+  /// The edges of the cells as lines, each once, and their corners as points, each with the first of its cells.
   virtual const KeXLineMeshUnstructured* extractLines(KiTessellator* tessellator, const KiCellFilterI* filter) = 0;
   virtual const KeXPointMeshCurvilinear* extractPoints(const KiCellFilterI* filter) = 0;
 };
