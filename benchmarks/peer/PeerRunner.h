@@ -38,6 +38,7 @@ struct Case {
 /// The cases of each family, one row a case.
 std::vector<Case> isosurfaceCases();
 std::vector<Case> isolineCases();
+std::vector<Case> pathsCases();
 
 /// Runs a case and prints its line; false when the two sides' measures differ by more than 1e-3.
 bool runCase(const Case& testCase, int numThreads);

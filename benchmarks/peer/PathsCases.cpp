@@ -1,0 +1,327 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Point probes and streamlines.
+#include "peer/PeerData.h"
+#include "peer/PeerRunner.h"
+
+#include <KerrinExtractor/KiPointProbeUnstructured.h>
+#include <KerrinExtractor/KiStreamlineExtractIjk.h>
+#include <KerrinExtractor/KiStreamlineExtractUnstructured.h>
+#include <KerrinMesh/KbDataSet.h>
+#include <KerrinMesh/KbVolumeMeshRegular.h>
+#include <KerrinMesh/KbVolumeMeshUnstructured.h>
+
+#include <vtkCellArray.h>
+#include <vtkCellLocatorInterpolatedVelocityField.h>
+#include <vtkCellTreeLocator.h>
+#include <vtkFloatArray.h>
+#include <vtkGenericCell.h>
+#include <vtkImageData.h>
+#include <vtkNew.h>
+#include <vtkPointData.h>
+#include <vtkPoints.h>
+#include <vtkPolyData.h>
+#include <vtkSmartPointer.h>
+#include <vtkStaticCellLocator.h>
+#include <vtkStreamTracer.h>
+#include <vtkTypeInt64Array.h>
+#include <vtkUnstructuredGrid.h>
+
+#include <oneapi/tbb/blocked_range.h>
+#include <oneapi/tbb/parallel_for.h>
+
+#include <algorithm>
+#include <numeric>
+
+namespace peer {
+
+namespace {
+
+using Vec3 = KbVec3<double>;
+
+std::vector<Vec3> randomPoints(std::size_t count, double low, double high, std::uint64_t seed) {
+  std::vector<Vec3> points(count);
+  for (Vec3& p : points)
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      seed = seed * 6364136223846793005u + 1442695040888963407u;
+      p[axis] = low + (high - low) * (static_cast<double>(seed >> 11) * 0x1p-53);
+    }
+  return points;
+}
+
+vtkNew<vtkFloatArray> wrap(std::vector<float>& values, int components) {
+  vtkNew<vtkFloatArray> array;
+  array->SetNumberOfComponents(components);
+  array->SetArray(values.data(), static_cast<vtkIdType>(values.size()), 1);
+  return array;
+}
+
+vtkNew<vtkUnstructuredGrid> makeGrid(KbMeshMaker::Arrays& arrays, Cells& cells, int vtkType) {
+  const auto wrapIndices = [](std::vector<std::int64_t>& indices) {
+    vtkNew<vtkTypeInt64Array> array;
+    static_assert(sizeof(vtkTypeInt64) == sizeof(std::int64_t)); // two names of one type, of long and of long long
+    array->SetArray(reinterpret_cast<vtkTypeInt64*>(indices.data()), static_cast<vtkIdType>(indices.size()), 1);
+    return array;
+  };
+  const vtkNew<vtkCellArray> array;
+  array->SetData(wrapIndices(cells.offsets), wrapIndices(cells.connectivity));
+  const vtkNew<vtkPoints> points;
+  points->SetData(wrap(arrays.coordinates, 3));
+  vtkNew<vtkUnstructuredGrid> grid;
+  grid->SetPoints(points);
+  grid->SetCells(vtkType, array);
+  return grid;
+}
+
+/// Locator and 100 000 probes; "next" is the probes alone.
+template <class PeerLocator>
+class ProbeJob final : public Job {
+public:
+  ProbeJob(KbMeshMaker::Arrays arrays, KiVolumeCell::Shape shape, std::size_t nodesPerCell, int vtkType)
+      : m_arrays(std::move(arrays))
+      , m_cells(m_arrays.connectivity, nodesPerCell)
+      , m_mesh(m_arrays.coordinates, {shape, m_cells.connectivity})
+      , m_set("f", DataBinding::PER_NODE, m_arrays.values)
+      , m_grid(makeGrid(m_arrays, m_cells, vtkType))
+      , m_points(randomPoints(100000, 0.05, 0.95, 12345))
+      , m_ours(m_points.size())
+      , m_theirs(m_points.size()) {}
+
+  void runFirst(Access) override {
+    m_probe.reset(KiPointProbeUnstructured::getNewInstance(m_mesh, true));
+    runNext(0);
+  }
+  void runNext(int) override {
+    if (!m_probe) m_probe.reset(KiPointProbeUnstructured::getNewInstance(m_mesh, true));
+    m_probe->probe(m_points.data(), m_points.size(), nullptr, m_set, nullptr, m_ours.data());
+  }
+  void runPeer() override {
+    const vtkNew<PeerLocator> locator;
+    locator->SetDataSet(m_grid);
+    locator->BuildLocator();
+    // As vtkSMPTools would run it, whose header this language version refuses.
+    using Range = oneapi::tbb::blocked_range<std::size_t>;
+    oneapi::tbb::parallel_for(Range(0, m_points.size(), 1024), [&](const Range& range) {
+      const vtkNew<vtkGenericCell> cell;
+      double weights[8];
+      for (std::size_t i = range.begin(); i < range.end(); ++i) {
+        double position[3] = {m_points[i][0], m_points[i][1], m_points[i][2]};
+        double coordinates[3];
+        double value = 0.0;
+        if (locator->FindCell(position, 0.0, cell, coordinates, weights) >= 0)
+          for (vtkIdType n = 0; n < cell->GetNumberOfPoints(); ++n) {
+            const vtkIdType node = cell->GetPointId(static_cast<int>(n));
+            value += weights[n] * static_cast<double>(m_arrays.values[static_cast<std::size_t>(node)]);
+          }
+        m_theirs[i] = value;
+      }
+    });
+  }
+  double measureOurs() const override { return std::accumulate(m_ours.begin(), m_ours.end(), 0.0); }
+  double measurePeer() const override { return std::accumulate(m_theirs.begin(), m_theirs.end(), 0.0); }
+
+private:
+  KbMeshMaker::Arrays m_arrays;
+  Cells m_cells;
+  KbVolumeMeshUnstructured m_mesh;
+  KbScalarSetI m_set;
+  vtkNew<vtkUnstructuredGrid> m_grid;
+  std::vector<Vec3> m_points;
+  std::vector<double> m_ours;
+  std::vector<double> m_theirs;
+  std::unique_ptr<KiPointProbeUnstructured> m_probe;
+};
+
+constexpr double longestStep = 0.02;
+constexpr double maxLength = 3.0;
+
+std::vector<float> abcVectors(const std::vector<float>& coordinates) {
+  std::vector<float> vectors;
+  vectors.reserve(coordinates.size());
+  for (std::size_t n = 0; n < coordinates.size(); n += 3) {
+    const Vec3 v = KbMeshMaker::abcFlow(Vec3(KbVec3<float>(coordinates[n], coordinates[n + 1], coordinates[n + 2])));
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      vectors.push_back(static_cast<float>(v[axis]));
+  }
+  return vectors;
+}
+
+/// 1000 streamlines. Steps are as long as VTK allows them: 0.02 of the unit cube. Of a line that leaves, VTK drops what
+/// lies behind the last whole step where ours ends on the border; its measure has the rest added, along the last
+/// vector.
+template <class Extractor, class Mesh, class Set>
+class StreamlineJob : public Job {
+public:
+  explicit StreamlineJob(KbMeshMaker::Arrays arrays)
+      : m_arrays(std::move(arrays))
+      , m_vectors(abcVectors(m_arrays.coordinates))
+      , m_starts(randomPoints(1000, 0.1, 0.9, 777)) {}
+
+  void runFirst(Access) override {
+    m_extractor.reset(Extractor::getNewInstance(*m_mesh, true));
+    m_extractor->setIntegrationStepLengthFactor(longestStep * m_cellsPerLength);
+    runNext(0);
+  }
+  void runNext(int turn) override {
+    if (!m_extractor) {
+      runFirst(Access::ARRAYS);
+      return;
+    }
+    m_extractor->setMaxLength(turn % 2 == 0 ? maxLength : maxLength * (1.0 + 1e-6));
+    m_extractor->extract(*m_set, m_starts, nullptr);
+  }
+  void runPeer() override {
+    m_tracer->Modified();
+    m_tracer->Update();
+  }
+  double measureOurs() const override {
+    double sum = 0.0;
+    for (const KeXLineMeshCurvilinear* line : m_extractor->getExtract()) {
+      const KeXGeometryExplicit& g = line->getGeometry();
+      double length = 0.0;
+      for (std::size_t i = 0; i + 1 < g.getNumNodes(); ++i)
+        length += (g.getCoord(i + 1) - g.getCoord(i)).length();
+      sum += length;
+    }
+    return sum;
+  }
+  double measurePeer() const override {
+    double sum = 0.0;
+    vtkPolyData* output = m_tracer->GetOutput();
+    vtkIdType size = 0;
+    const vtkIdType* ids = nullptr;
+    for (output->GetLines()->InitTraversal(); output->GetLines()->GetNextCell(size, ids) != 0;) {
+      double length = 0.0;
+      for (vtkIdType n = 0; n + 1 < size; ++n) {
+        double a[3];
+        double b[3];
+        output->GetPoint(ids[n], a);
+        output->GetPoint(ids[n + 1], b);
+        length += (Vec3(b[0], b[1], b[2]) - Vec3(a[0], a[1], a[2])).length();
+      }
+      sum += length + (size > 0 ? restOf(ids[size - 1]) : 0.0);
+    }
+    return sum;
+  }
+
+protected:
+  virtual bool isInside(const Vec3& point) const = 0;
+
+  /// The way from a line's last point to the border, if it is within the longest step.
+  double restOf(vtkIdType last) const {
+    double p[3];
+    double v[3];
+    m_tracer->GetOutput()->GetPoint(last, p);
+    m_tracer->GetOutput()->GetPointData()->GetArray("flow")->GetTuple(last, v);
+    const Vec3 direction = Vec3(v[0], v[1], v[2]).normalized();
+    const auto at = [&](double way) { return Vec3(p[0], p[1], p[2]) + direction * way; };
+    double inside = 0.0;
+    double outside = 2.0 * longestStep;
+    if (isInside(at(outside))) return 0.0;
+    for (int i = 0; i < 30; ++i) {
+      const double middle = 0.5 * (inside + outside);
+      (isInside(at(middle)) ? inside : outside) = middle;
+    }
+    return inside;
+  }
+
+  void setInput(vtkDataSet* data) {
+    const vtkNew<vtkFloatArray> vectors = wrap(m_vectors, 3);
+    vectors->SetName("flow");
+    data->GetPointData()->SetVectors(vectors);
+    const vtkNew<vtkPoints> points;
+    for (const Vec3& p : m_starts)
+      points->InsertNextPoint(p[0], p[1], p[2]);
+    const vtkNew<vtkPolyData> seeds;
+    seeds->SetPoints(points);
+    m_tracer->SetInputData(data);
+    m_tracer->SetSourceData(seeds);
+    m_tracer->SetIntegratorTypeToRungeKutta45();
+    m_tracer->SetIntegrationDirectionToForward();
+    m_tracer->SetIntegrationStepUnit(vtkStreamTracer::LENGTH_UNIT);
+    m_tracer->SetInitialIntegrationStep(0.004);
+    m_tracer->SetMinimumIntegrationStep(0.0004);
+    m_tracer->SetMaximumIntegrationStep(longestStep);
+    m_tracer->SetMaximumError(1e-6);
+    m_tracer->SetMaximumPropagation(maxLength);
+    m_tracer->SetMaximumNumberOfSteps(100000);
+    m_tracer->SetComputeVorticity(false);
+  }
+
+  KbMeshMaker::Arrays m_arrays;
+  std::vector<float> m_vectors;
+  std::vector<Vec3> m_starts;
+  double m_cellsPerLength = 1.0;
+  std::unique_ptr<Mesh> m_mesh;
+  std::unique_ptr<Set> m_set;
+  std::unique_ptr<Extractor> m_extractor;
+  vtkNew<vtkStreamTracer> m_tracer;
+};
+
+class RegularStreamlineJob final : public StreamlineJob<KiStreamlineExtractIjk, KbVolumeMeshRegular, KbVec3SetIjk> {
+public:
+  explicit RegularStreamlineJob(std::size_t n)
+      : StreamlineJob(KbMeshMaker::lattice({n, n, n})) {
+    m_cellsPerLength = static_cast<double>(n);
+    m_mesh = std::make_unique<KbVolumeMeshRegular>(KbIndex<3>{n, n, n}, Vec3(0.0), Vec3(1.0));
+    m_set = std::make_unique<KbVec3SetIjk>("flow", DataBinding::PER_NODE, m_vectors, KbIndex<3>{n + 1, n + 1, n + 1});
+    const vtkNew<vtkImageData> image;
+    const int counts = static_cast<int>(n);
+    image->SetDimensions(counts + 1, counts + 1, counts + 1);
+    image->SetSpacing(1.0 / counts, 1.0 / counts, 1.0 / counts);
+    setInput(image);
+  }
+
+private:
+  bool isInside(const Vec3& p) const override {
+    return std::min({p[0], p[1], p[2]}) >= 0.0 && std::max({p[0], p[1], p[2]}) <= 1.0;
+  }
+};
+
+class HexahedraStreamlineJob final
+    : public StreamlineJob<KiStreamlineExtractUnstructured, KbVolumeMeshUnstructured, KbVec3SetI> {
+public:
+  explicit HexahedraStreamlineJob(std::size_t n)
+      : StreamlineJob(KbMeshMaker::hexahedra({n, n, n}, warp))
+      , m_cells(m_arrays.connectivity, 8) {
+    m_cellsPerLength = static_cast<double>(n);
+    m_mesh = std::make_unique<KbVolumeMeshUnstructured>(m_arrays.coordinates,
+                                                        KbCells(KiVolumeCell::HEXAHEDRON, m_cells.connectivity));
+    m_set = std::make_unique<KbVec3SetI>("flow", DataBinding::PER_NODE, m_vectors);
+    setInput(makeGrid(m_arrays, m_cells, VTK_HEXAHEDRON));
+    const vtkNew<vtkCellLocatorInterpolatedVelocityField> field;
+    const vtkNew<vtkStaticCellLocator> locator;
+    field->SetCellLocatorPrototype(locator);
+    m_tracer->SetInterpolatorPrototype(field);
+    m_border.reset(KiPointProbeUnstructured::getNewInstance(*m_mesh, false));
+  }
+
+private:
+  bool isInside(const Vec3& point) const override {
+    m_border->move(point, nullptr);
+    return m_border->isCellFound();
+  }
+
+  Cells m_cells;
+  std::unique_ptr<KiPointProbeUnstructured> m_border;
+};
+
+} // namespace
+
+std::vector<Case> pathsCases() {
+  return {
+      {"probes_hexahedra_100", true,
+       [] {
+         return std::make_unique<ProbeJob<vtkStaticCellLocator>>(KbMeshMaker::hexahedra({100, 100, 100}, warp),
+                                                                 KiVolumeCell::HEXAHEDRON, 8, VTK_HEXAHEDRON);
+       }},
+      {"probes_tetrahedra_60", true,
+       [] {
+         return std::make_unique<ProbeJob<vtkCellTreeLocator>>(KbMeshMaker::tetrahedra({60, 60, 60}, warp),
+                                                               KiVolumeCell::TETRAHEDRON, 4, VTK_TETRA);
+       }},
+      {"streamlines_regular_128", true, [] { return std::make_unique<RegularStreamlineJob>(128); }},
+      {"streamlines_hexahedra_60", true, [] { return std::make_unique<HexahedraStreamlineJob>(60); }},
+  };
+}
+
+} // namespace peer
