@@ -42,7 +42,7 @@ struct Box {
 /// during the build included; the content does not depend on the number of threads.
 class CellBins {
 public:
-  /// The box of a cell; an empty one leaves the cell out. Called twice a cell, by many threads.
+  /// The box of a cell; an empty one leaves the cell out. Called at least twice a cell, by many threads.
   using BoxOf = std::function<Box(std::size_t cell)>;
   static constexpr std::size_t NUM_PHASES = 2;
   static constexpr std::size_t NO_CELL = static_cast<std::size_t>(-1);

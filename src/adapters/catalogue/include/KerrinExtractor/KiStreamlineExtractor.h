@@ -11,8 +11,9 @@
 /// Parameters and results that the streamline extractors of all mesh kinds share.
 ///
 /// A streamline is the path of a massless particle from a start point through a vector field that doesn't change,
-/// integrated by an adaptive Runge-Kutta method. Each limit is off when it is 0; a line has at most
-/// `MAX_STEPS` steps in each direction whatever the limits.
+/// integrated by an adaptive Runge-Kutta method with an estimated error below 1e-6 of the mesh's extent a step. A line
+/// ends on the border of the live, accepted cells, where the vector is NaN and where the flow comes to rest. Each limit
+/// is off when it is 0; a line has at most `MAX_STEPS` steps whatever the limits.
 class KERRIN_EXTRACTOR_API KiStreamlineExtractor : public virtual KiBaseExtractor {
 public:
   enum IntegrationDirection { FORWARD = 0, BACKWARD = 1 };
@@ -23,7 +24,7 @@ public:
   virtual void setMaxLength(double length) = 0;
   /// The line ends where the vector's length falls below this.
   virtual void setMinSpeed(double speed) = 0;
-  /// Step length as a fraction of the cell size; the default is 0.3.
+  /// Longest step as a fraction of the way along the flow through the box of a cell; the default is 0.3.
   virtual void setIntegrationStepLengthFactor(double factor) = 0;
   virtual void setMaxStepNumber(std::size_t steps) = 0;
   virtual void setDirection(IntegrationDirection direction) = 0;
