@@ -359,8 +359,12 @@ TEST_P(PointProbe, CornersAreInTheFirstOpenCellAroundThem) {
   Vec3 inner(2.0 / NI, 2.0 / NJ, 1.0 / NK);
   if (GetParam().name == "Rectilinear" || GetParam().name == "SurfaceRectilinear")
     inner = {steps(NI)[2], steps(NJ)[2], steps(NK)[1]};
-  else if (!isRegular)
-    inner = Vec3(KbVec3<float>(inner));
+  else if (!isRegular) { // where the lattice has its float coordinates
+    const KbMeshMaker::Arrays lattice = KbMeshMaker::lattice({NI, NJ, NK});
+    const std::size_t node = 2 + (NI + 1) * (2 + (NJ + 1) * 1);
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      inner[axis] = static_cast<double>(lattice.coordinates[3 * node + axis]);
+  }
   if (GetParam().isSurface) inner[2] = 0.25;
   std::set<std::size_t> hidden;
   std::vector<std::size_t> order;
