@@ -142,7 +142,7 @@ bool FaceWriter::isLeftHanded(const MeshView& mesh) {
   int sum = 0;
   for (std::size_t s = 0; s < std::min(SAMPLES, mesh.numCells); ++s) {
     const std::size_t cell = s * mesh.numCells / std::min(SAMPLES, mesh.numCells);
-    CellNodes nodes;
+    CellNodes nodes{};
     std::visit([&](const auto& cells) { cells.load(cell, nodes); }, mesh.cells);
     if (std::any_of(nodes.begin(), nodes.end(), [&](std::size_t id) {
           return (id >> mesh.slotBits) < mesh.beginNode || (id >> mesh.slotBits) >= mesh.endNode;
