@@ -27,36 +27,6 @@ constexpr int numValues = 20;
 
 double levelOf(int i) { return -1.4 + 2.8 * (i + 0.5) / numValues; }
 
-/// Forwards to another surface mesh by the virtual operations alone.
-class PlainSurfaceMesh final : public KiSurfaceMeshUnstructured {
-public:
-  explicit PlainSurfaceMesh(const KiSurfaceMeshUnstructured& source)
-      : m_topology(source.getTopology())
-      , m_geometry(source.getGeometry()) {}
-  const KiSurfaceTopologyExplicitI& getTopology() const override { return m_topology; }
-  const KiGeometryI& getGeometry() const override { return m_geometry; }
-
-private:
-  struct Topology final : KiSurfaceTopologyExplicitI {
-    explicit Topology(const KiSurfaceTopologyExplicitI& s)
-        : source(s) {}
-    std::size_t getTimeStamp() const override { return source.getTimeStamp(); }
-    std::size_t getNumCells() const override { return source.getNumCells(); }
-    const KiSurfaceCell* getCell(std::size_t cell) const override { return source.getCell(cell); }
-    std::size_t getEndNodeId() const override { return source.getEndNodeId(); }
-    const KiSurfaceTopologyExplicitI& source;
-  };
-  struct Geometry final : KiGeometryI {
-    explicit Geometry(const KiGeometryI& s)
-        : source(s) {}
-    std::size_t getTimeStamp() const override { return source.getTimeStamp(); }
-    KbVec3<double> getCoord(std::size_t node) const override { return source.getCoord(node); }
-    const KiGeometryI& source;
-  };
-  Topology m_topology;
-  Geometry m_geometry;
-};
-
 double lengthOf(const KeXLineMeshUnstructured& mesh) {
   const KiBuffer& indices = *mesh.getTopology().getIndexBuffer();
   const auto* index = static_cast<const std::int32_t*>(indices.getData());

@@ -3,6 +3,7 @@
 
 #include <KerrinExtractor/KiDataSetI.h>
 #include <KerrinExtractor/KiDataSetIjk.h>
+#include <KerrinExtractor/KiSurfaceMeshUnstructured.h>
 #include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
 #include <KerrinExtractor/KiVolumeMeshUnstructured.h>
 
@@ -10,23 +11,25 @@
 /// application's own classes look like to an extractor.
 namespace peer {
 
-class PlainVolumeMesh final : public KiVolumeMeshUnstructured {
+/// An unstructured mesh of any dimension, by its mesh, topology and cell interfaces.
+template <class MeshInterface, class TopologyInterface, class Cell>
+class PlainUnstructuredMesh final : public MeshInterface {
 public:
-  explicit PlainVolumeMesh(const KiVolumeMeshUnstructured& source)
+  explicit PlainUnstructuredMesh(const MeshInterface& source)
       : m_topology(source.getTopology())
       , m_geometry(source.getGeometry()) {}
-  const KiVolumeTopologyExplicitI& getTopology() const override { return m_topology; }
+  const TopologyInterface& getTopology() const override { return m_topology; }
   const KiGeometryI& getGeometry() const override { return m_geometry; }
 
 private:
-  struct Topology final : KiVolumeTopologyExplicitI {
-    explicit Topology(const KiVolumeTopologyExplicitI& s)
+  struct Topology final : TopologyInterface {
+    explicit Topology(const TopologyInterface& s)
         : source(s) {}
     std::size_t getTimeStamp() const override { return source.getTimeStamp(); }
     std::size_t getNumCells() const override { return source.getNumCells(); }
-    const KiVolumeCell* getCell(std::size_t cell) const override { return source.getCell(cell); }
+    const Cell* getCell(std::size_t cell) const override { return source.getCell(cell); }
     std::size_t getEndNodeId() const override { return source.getEndNodeId(); }
-    const KiVolumeTopologyExplicitI& source;
+    const TopologyInterface& source;
   };
   struct Geometry final : KiGeometryI {
     explicit Geometry(const KiGeometryI& s)
@@ -38,6 +41,9 @@ private:
   Topology m_topology;
   Geometry m_geometry;
 };
+
+using PlainVolumeMesh = PlainUnstructuredMesh<KiVolumeMeshUnstructured, KiVolumeTopologyExplicitI, KiVolumeCell>;
+using PlainSurfaceMesh = PlainUnstructuredMesh<KiSurfaceMeshUnstructured, KiSurfaceTopologyExplicitI, KiSurfaceCell>;
 
 class PlainCurvilinearMesh final : public KiVolumeMeshCurvilinear {
 public:
