@@ -1,23 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "peer/Measures.h"
 #include "peer/PeerData.h"
 #include "peer/PeerRunner.h"
 #include "peer/PlainViews.h"
+#include "peer/VtkInput.h"
 
 #include <KerrinExtractor/KiIsolineExtractUnstructured.h>
 #include <KerrinMesh/KbDataSet.h>
 #include <KerrinMesh/KbSurfaceMeshUnstructured.h>
 
-#include <vtkCellArray.h>
 #include <vtkContourGrid.h>
-#include <vtkFloatArray.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPoints.h>
 #include <vtkPolyData.h>
-#include <vtkTypeInt64Array.h>
-#include <vtkUnstructuredGrid.h>
-
-#include <cmath>
 
 namespace peer {
 
@@ -26,17 +19,6 @@ namespace {
 constexpr int numValues = 20;
 
 double levelOf(int i) { return -1.4 + 2.8 * (i + 0.5) / numValues; }
-
-double lengthOf(const KeXLineMeshUnstructured& mesh) {
-  const KiBuffer& indices = *mesh.getTopology().getIndexBuffer();
-  const auto* index = static_cast<const std::int32_t*>(indices.getData());
-  const auto* vertex = static_cast<const KbVec3<float>*>(mesh.getGeometry().getVertexBuffer()->getData());
-  double sum = 0.0;
-  for (std::size_t n = 1; n < indices.getByteSize() / sizeof(std::int32_t); ++n)
-    if (index[n] >= 0 && index[n - 1] >= 0)
-      sum += (KbVec3<double>(vertex[index[n]]) - KbVec3<double>(vertex[index[n - 1]])).length();
-  return sum;
-}
 
 /// All values in one execution, on quadrangles.
 class IsolineJob final : public Job {
@@ -48,26 +30,8 @@ public:
       , m_set("f", DataBinding::PER_NODE, m_arrays.values)
       , m_plainMesh(m_mesh)
       , m_plainSet(m_set) {
-    const auto wrap = [](std::vector<std::int64_t>& indices) {
-      vtkNew<vtkTypeInt64Array> array;
-      static_assert(sizeof(vtkTypeInt64) == sizeof(std::int64_t)); // two names of one type, of long and of long long
-      array->SetArray(reinterpret_cast<vtkTypeInt64*>(indices.data()), static_cast<vtkIdType>(indices.size()), 1);
-      return array;
-    };
-    const vtkNew<vtkCellArray> cells;
-    cells->SetData(wrap(m_cells.offsets), wrap(m_cells.connectivity));
-    const vtkNew<vtkFloatArray> coordinates;
-    coordinates->SetNumberOfComponents(3);
-    coordinates->SetArray(m_arrays.coordinates.data(), static_cast<vtkIdType>(m_arrays.coordinates.size()), 1);
-    const vtkNew<vtkPoints> points;
-    points->SetData(coordinates);
-    const vtkNew<vtkFloatArray> values;
-    values->SetName("f");
-    values->SetArray(m_arrays.values.data(), static_cast<vtkIdType>(m_arrays.values.size()), 1);
-    const vtkNew<vtkUnstructuredGrid> grid;
-    grid->SetPoints(points);
-    grid->SetCells(VTK_QUAD, cells);
-    grid->GetPointData()->SetScalars(values);
+    const vtkNew<vtkUnstructuredGrid> grid = makeGrid(m_arrays, m_cells, VTK_QUAD);
+    setValues(*grid, m_arrays.values);
     m_filter->SetInputData(grid);
     for (int i = 0; i < numValues; ++i)
       m_filter->SetValue(i, levelOf(i));
@@ -93,20 +57,7 @@ public:
       sum += lengthOf(*line);
     return sum;
   }
-  double measurePeer() const override {
-    double sum = 0.0;
-    vtkPolyData& mesh = *m_filter->GetOutput();
-    vtkIdType size = 0;
-    const vtkIdType* ids = nullptr;
-    for (mesh.GetLines()->InitTraversal(); mesh.GetLines()->GetNextCell(size, ids) != 0;) {
-      KbVec3<double> a;
-      KbVec3<double> b;
-      mesh.GetPoint(ids[0], &a[0]);
-      mesh.GetPoint(ids[1], &b[0]);
-      sum += (b - a).length();
-    }
-    return sum;
-  }
+  double measurePeer() const override { return lengthOf(*m_filter->GetOutput()); }
 
 private:
   /// Every value changes at each turn, the amount of work doesn't.

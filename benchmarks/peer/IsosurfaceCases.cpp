@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "peer/Measures.h"
 #include "peer/PeerData.h"
 #include "peer/PeerRunner.h"
 #include "peer/PlainViews.h"
+#include "peer/VtkInput.h"
 
 #include <KerrinExtractor/KiIsosurfExtractIjk.h>
 #include <KerrinExtractor/KiIsosurfExtractUnstructured.h>
@@ -10,22 +12,11 @@
 #include <KerrinMesh/KbVolumeMeshRegular.h>
 #include <KerrinMesh/KbVolumeMeshUnstructured.h>
 
-#include <vtkCellArray.h>
 #include <vtkContour3DLinearGrid.h>
 #include <vtkContourFilter.h>
-#include <vtkFloatArray.h>
 #include <vtkFlyingEdges3D.h>
 #include <vtkImageData.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPoints.h>
 #include <vtkPolyData.h>
-#include <vtkStructuredGrid.h>
-#include <vtkTypeInt64Array.h>
-#include <vtkUnstructuredGrid.h>
-
-#include <array>
-#include <cmath>
 
 namespace peer {
 
@@ -37,80 +28,6 @@ constexpr int numSweepValues = 20;
 double sweepValue(int i) { return -1.4 + 2.8 * (i + 0.5) / numSweepValues; }
 /// The parameter changes at each turn, the amount of work doesn't.
 double turnValue(int turn) { return turn % 2 == 0 ? isovalue + 1e-4 : isovalue; }
-
-/// Area of polygons, each as the fan of triangles around its first corner. (The sum of cross products is exact for flat
-/// ones only; the polygons of a hexahedron are not flat, and it would count the area of their shadows.)
-class AreaSum {
-public:
-  void addCorner(const KbVec3<double>& p) {
-    if (m_count == 0)
-      m_first = p;
-    else
-      m_area += 0.5 * (m_last - m_first).cross(p - m_first).length();
-    m_last = p;
-    ++m_count;
-  }
-  void endPolygon() { m_count = 0; }
-  double area() const { return m_area; }
-
-private:
-  double m_area = 0.0;
-  std::size_t m_count = 0;
-  KbVec3<double> m_first, m_last;
-};
-
-double areaOf(const KeXSurfaceMeshUnstructured& mesh) {
-  const KiBuffer& indices = *mesh.getTopology().getIndexBuffer();
-  const auto* index = static_cast<const std::int32_t*>(indices.getData());
-  const auto* vertex = static_cast<const KbVec3<float>*>(mesh.getGeometry().getVertexBuffer()->getData());
-  AreaSum sum;
-  for (std::size_t n = 0; n < indices.getByteSize() / sizeof(std::int32_t); ++n)
-    if (index[n] >= 0)
-      sum.addCorner(KbVec3<double>(vertex[index[n]]));
-    else
-      sum.endPolygon();
-  return sum.area();
-}
-
-double areaOf(vtkPolyData& mesh) {
-  AreaSum sum;
-  for (vtkCellArray* cells : {mesh.GetPolys(), mesh.GetStrips()}) {
-    vtkIdType size = 0;
-    const vtkIdType* ids = nullptr;
-    for (cells->InitTraversal(); cells->GetNextCell(size, ids) != 0;) {
-      for (vtkIdType n = 0; n < size; ++n) {
-        double p[3];
-        mesh.GetPoint(ids[n], p);
-        sum.addCorner({p[0], p[1], p[2]});
-      }
-      sum.endPolygon();
-    }
-  }
-  return sum.area();
-}
-
-void setValues(vtkDataSet& data, std::vector<float>& values) {
-  const vtkNew<vtkFloatArray> array;
-  array->SetName("f");
-  array->SetArray(values.data(), static_cast<vtkIdType>(values.size()), 1);
-  data.GetPointData()->SetScalars(array);
-}
-
-vtkNew<vtkPoints> makePoints(std::vector<float>& coordinates) {
-  const vtkNew<vtkFloatArray> array;
-  array->SetNumberOfComponents(3);
-  array->SetArray(coordinates.data(), static_cast<vtkIdType>(coordinates.size()), 1);
-  vtkNew<vtkPoints> points;
-  points->SetData(array);
-  return points;
-}
-
-vtkNew<vtkTypeInt64Array> makeIndices(std::vector<std::int64_t>& indices) {
-  vtkNew<vtkTypeInt64Array> array;
-  static_assert(sizeof(vtkTypeInt64) == sizeof(std::int64_t)); // two names of one type, of long and of long long
-  array->SetArray(reinterpret_cast<vtkTypeInt64*>(indices.data()), static_cast<vtkIdType>(indices.size()), 1);
-  return array;
-}
 
 /// Our side of an isosurface case: the extractors over a mesh and a set, and over their plain views.
 template <class Extractor, class Mesh, class Set>
@@ -193,10 +110,7 @@ public:
       , m_plainMesh(m_mesh)
       , m_plainSet(m_set)
       , m_ours(m_mesh, m_set, m_plainMesh, m_plainSet) {
-    const vtkNew<vtkStructuredGrid> grid;
-    const int n = static_cast<int>(numCells);
-    grid->SetDimensions(n + 1, n + 1, n + 1);
-    grid->SetPoints(makePoints(m_arrays.coordinates));
+    const vtkNew<vtkStructuredGrid> grid = makeCurvilinearGrid(m_arrays, numCells);
     setValues(*grid, m_arrays.values);
     m_filter->SetInputData(grid);
     m_filter->ComputeNormalsOff();
@@ -231,11 +145,7 @@ public:
       , m_plainMesh(m_mesh)
       , m_plainSet(m_set)
       , m_ours(m_mesh, m_set, m_plainMesh, m_plainSet) {
-    const vtkNew<vtkCellArray> array;
-    array->SetData(makeIndices(m_cells.offsets), makeIndices(m_cells.connectivity));
-    const vtkNew<vtkUnstructuredGrid> grid;
-    grid->SetPoints(makePoints(m_arrays.coordinates));
-    grid->SetCells(vtkType, array);
+    const vtkNew<vtkUnstructuredGrid> grid = makeGrid(m_arrays, m_cells, vtkType);
     setValues(*grid, m_arrays.values);
     m_filter->SetInputData(grid);
     m_filter->MergePointsOn();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Point probes and streamlines.
+#include "peer/Measures.h"
 #include "peer/PeerData.h"
 #include "peer/PeerRunner.h"
+#include "peer/VtkInput.h"
 
 #include <KerrinExtractor/KiPointProbeUnstructured.h>
 #include <KerrinExtractor/KiStreamlineExtractIjk.h>
@@ -10,21 +12,14 @@
 #include <KerrinMesh/KbVolumeMeshRegular.h>
 #include <KerrinMesh/KbVolumeMeshUnstructured.h>
 
-#include <vtkCellArray.h>
 #include <vtkCellLocatorInterpolatedVelocityField.h>
 #include <vtkCellTreeLocator.h>
-#include <vtkFloatArray.h>
 #include <vtkGenericCell.h>
 #include <vtkImageData.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPoints.h>
 #include <vtkPolyData.h>
 #include <vtkSmartPointer.h>
 #include <vtkStaticCellLocator.h>
 #include <vtkStreamTracer.h>
-#include <vtkTypeInt64Array.h>
-#include <vtkUnstructuredGrid.h>
 
 #include <oneapi/tbb/blocked_range.h>
 #include <oneapi/tbb/parallel_for.h>
@@ -46,30 +41,6 @@ std::vector<Vec3> randomPoints(std::size_t count, double low, double high, std::
       p[axis] = low + (high - low) * (static_cast<double>(seed >> 11) * 0x1p-53);
     }
   return points;
-}
-
-vtkNew<vtkFloatArray> wrap(std::vector<float>& values, int components) {
-  vtkNew<vtkFloatArray> array;
-  array->SetNumberOfComponents(components);
-  array->SetArray(values.data(), static_cast<vtkIdType>(values.size()), 1);
-  return array;
-}
-
-vtkNew<vtkUnstructuredGrid> makeGrid(KbMeshMaker::Arrays& arrays, Cells& cells, int vtkType) {
-  const auto wrapIndices = [](std::vector<std::int64_t>& indices) {
-    vtkNew<vtkTypeInt64Array> array;
-    static_assert(sizeof(vtkTypeInt64) == sizeof(std::int64_t)); // two names of one type, of long and of long long
-    array->SetArray(reinterpret_cast<vtkTypeInt64*>(indices.data()), static_cast<vtkIdType>(indices.size()), 1);
-    return array;
-  };
-  const vtkNew<vtkCellArray> array;
-  array->SetData(wrapIndices(cells.offsets), wrapIndices(cells.connectivity));
-  const vtkNew<vtkPoints> points;
-  points->SetData(wrap(arrays.coordinates, 3));
-  vtkNew<vtkUnstructuredGrid> grid;
-  grid->SetPoints(points);
-  grid->SetCells(vtkType, array);
-  return grid;
 }
 
 /// Locator and 100 000 probes; "next" is the probes alone.
@@ -190,15 +161,7 @@ public:
     vtkIdType size = 0;
     const vtkIdType* ids = nullptr;
     for (output->GetLines()->InitTraversal(); output->GetLines()->GetNextCell(size, ids) != 0;) {
-      double length = 0.0;
-      for (vtkIdType n = 0; n + 1 < size; ++n) {
-        double a[3];
-        double b[3];
-        output->GetPoint(ids[n], a);
-        output->GetPoint(ids[n + 1], b);
-        length += (Vec3(b[0], b[1], b[2]) - Vec3(a[0], a[1], a[2])).length();
-      }
-      sum += length + (size > 0 ? restOf(ids[size - 1]) : 0.0);
+      sum += lengthOf(*output, size, ids) + (size > 0 ? restOf(ids[size - 1]) : 0.0);
     }
     return sum;
   }

@@ -39,6 +39,7 @@ struct Case {
 std::vector<Case> isosurfaceCases();
 std::vector<Case> isolineCases();
 std::vector<Case> pathsCases();
+std::vector<Case> skinCases();
 
 /// Runs a case and prints its line; false when the two sides' measures differ by more than 1e-3.
 bool runCase(const Case& testCase, int numThreads);

@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
   KiKerrin::init();
   bool ok = true;
   std::size_t numRun = 0;
-  for (const auto family : {peer::isosurfaceCases, peer::isolineCases, peer::pathsCases}) {
+  for (const auto family : {peer::isosurfaceCases, peer::isolineCases, peer::pathsCases, peer::skinCases}) {
     for (const peer::Case& testCase : family()) {
       if (!names.empty() && std::find(names.begin(), names.end(), testCase.name) == names.end()) continue;
       ok = peer::runCase(testCase, numThreads) && ok;

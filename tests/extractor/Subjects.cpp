@@ -408,9 +408,10 @@ std::string bytesOf(const KeXSurfaceMeshUnstructured& mesh) {
     return b->getByteSize() > 0 ? std::string(static_cast<const char*>(b->getData()), b->getByteSize()) : std::string();
   };
   std::string all = bytes(mesh.getTopology().getIndexBuffer()) + bytes(mesh.getGeometry().getVertexBuffer());
-  for (std::size_t c = 0; c < mesh.getTopology().getNumCells(); ++c)
-    all += " " + std::to_string(mesh.getTopology().getInputCellIndexI(c)) + "," +
-           std::to_string(mesh.getTopology().getInputCellIndexJ(c)) + "," +
-           std::to_string(mesh.getTopology().getInputCellIndexK(c));
+  const KeXSurfaceTopologyExplicitI& topology = mesh.getTopology();
+  for (std::size_t c = 0; c < topology.getNumCells(); ++c)
+    for (const std::size_t index :
+         {topology.getInputCellIndexI(c), topology.getInputCellIndexJ(c), topology.getInputCellIndexK(c)})
+      all.append(" ").append(std::to_string(index));
   return all;
 }
