@@ -22,6 +22,7 @@ constexpr std::size_t BOX_CELLS = 64;    // cells with a common box; a chunk is 
 constexpr unsigned NODE_BLOCK_BITS = 12; // nodes that get their vertex numbers in one step
 constexpr std::size_t NODE_BLOCK = std::size_t{1} << NODE_BLOCK_BITS;
 constexpr std::size_t TRANSLATION = 65536; // indices
+constexpr std::size_t AHEAD = 12;          // crossed cells between the one at work and the one that is fetched
 constexpr std::uint32_t NONE = 0xffffffffu;
 constexpr unsigned KEY_SHIFT = 64 - CORNER_SLOT_BITS;
 constexpr std::uint64_t KEY_MASK = (std::uint64_t{1} << KEY_SHIFT) - 1;
@@ -375,6 +376,8 @@ void EdgePolygoniser::classify(Job& job) {
 
     const auto walk = [&](const auto& cells, const auto& values) {
       CellNodes nodes;
+      std::array<std::uint16_t, CHUNK> crossed;
+      std::size_t numCrossed = 0;
       static_assert(BOX_CELLS == 64, "a box covers the cells of one word of bits");
       for (std::size_t base = begin; base < end; base += 64) {
         if (function) {
@@ -383,47 +386,51 @@ void EdgePolygoniser::classify(Job& job) {
         }
         std::uint64_t bits =
             candidates(m_low.data() + base, m_high.data() + base, std::min<std::size_t>(64, end - base), isoStep);
-        for (; bits != 0; bits &= bits - 1) {
-          const std::size_t cell = base + static_cast<std::size_t>(__builtin_ctzll(bits));
-          const CellCode code = cells.load(cell, nodes);
-          if (code >= POLYHEDRON) {
-            addPolyhedron(cell);
-            continue;
-          }
-          const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
-          unsigned caseNumber = 0;
-          bool isExact = false;
-          double notFinite = 0.0;
-          for (std::size_t i = 0; i < count; ++i) {
-            const double v = values(nodes[i]);
-            caseNumber |= static_cast<unsigned>(v >= job.isovalue) << i;
-            isExact |= v == job.isovalue;
-            notFinite += v - v;
-          }
-          if (notFinite != 0.0) {
-            job.faults.add(Faults::COORDINATE_NOT_FINITE, cell); // the index has kept such values of sets away
-            continue;
-          }
-          const CaseTable::Case& c = CaseTable::of(code)[caseNumber];
-          if (c.numPolygons == 0) continue;
-          if (m_states[cell] == UNKNOWN) m_states[cell] = stateOf(code, nodes, mesh.points);
-          const unsigned state = m_states[cell];
-          if ((state & IS_NOT_FINITE) != 0) {
-            job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
-            continue;
-          }
-          const ActiveCell active{static_cast<std::uint16_t>(cell - begin), static_cast<std::uint8_t>(caseNumber),
-                                  static_cast<std::uint8_t>(code & 7), (state & IS_INVERTED) != 0,
-                                  isExact || (state & HAS_REPEATED_NODES) != 0};
-          if (active.isIrregular) {
-            addIrregular(cell, active, nodes);
-            continue;
-          }
-          chunk.numPolygons += c.numPolygons;
-          chunk.numIndices += c.listSize;
-          chunk.numEdges += c.numEdges;
-          chunk.active.push_back(active);
+        for (; bits != 0; bits &= bits - 1)
+          crossed[numCrossed++] =
+              static_cast<std::uint16_t>(base - begin + static_cast<std::size_t>(__builtin_ctzll(bits)));
+      }
+      for (std::size_t at = 0; at < numCrossed; ++at) {
+        const std::size_t cell = begin + crossed[at];
+        if (at + AHEAD < numCrossed) cells.prefetch(begin + crossed[at + AHEAD]);
+        const CellCode code = cells.load(cell, nodes);
+        if (code >= POLYHEDRON) {
+          addPolyhedron(cell);
+          continue;
         }
+        const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
+        unsigned caseNumber = 0;
+        bool isExact = false;
+        double notFinite = 0.0;
+        for (std::size_t i = 0; i < count; ++i) {
+          const double v = values(nodes[i]);
+          caseNumber |= static_cast<unsigned>(v >= job.isovalue) << i;
+          isExact |= v == job.isovalue;
+          notFinite += v - v;
+        }
+        if (notFinite != 0.0) {
+          job.faults.add(Faults::COORDINATE_NOT_FINITE, cell); // the index has kept such values of sets away
+          continue;
+        }
+        const CaseTable::Case& c = CaseTable::of(code)[caseNumber];
+        if (c.numPolygons == 0) continue;
+        if (m_states[cell] == UNKNOWN) m_states[cell] = stateOf(code, nodes, mesh.points);
+        const unsigned state = m_states[cell];
+        if ((state & IS_NOT_FINITE) != 0) {
+          job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+          continue;
+        }
+        const ActiveCell active{static_cast<std::uint16_t>(cell - begin), static_cast<std::uint8_t>(caseNumber),
+                                static_cast<std::uint8_t>(code & 7), (state & IS_INVERTED) != 0,
+                                isExact || (state & HAS_REPEATED_NODES) != 0};
+        if (active.isIrregular) {
+          addIrregular(cell, active, nodes);
+          continue;
+        }
+        chunk.numPolygons += c.numPolygons;
+        chunk.numIndices += c.listSize;
+        chunk.numEdges += c.numEdges;
+        chunk.active.push_back(active);
       }
     };
     std::visit(walk, mesh.cells, job.field);
@@ -492,8 +499,10 @@ void EdgePolygoniser::collectEdges(Job& job) {
       CellNodes nodes;
       std::array<std::int32_t, 13> edges{};
       edges[CaseTable::END_OF_POLYGON] = -1;
-      for (const ActiveCell& active : chunk.active) {
+      for (std::size_t at = 0; at < chunk.active.size(); ++at) {
+        const ActiveCell& active = chunk.active[at];
         const std::size_t cell = number * CHUNK + active.local;
+        if (at + AHEAD < chunk.active.size()) cells.prefetch(number * CHUNK + chunk.active[at + AHEAD].local);
         cells.load(cell, nodes);
         if (active.isIrregular) {
           job.tracePolygons(cell, active, nodes, polygons);
