@@ -15,7 +15,6 @@
 #include <vtkContour3DLinearGrid.h>
 #include <vtkContourFilter.h>
 #include <vtkFlyingEdges3D.h>
-#include <vtkImageData.h>
 #include <vtkPolyData.h>
 
 namespace peer {
@@ -49,7 +48,14 @@ public:
     if (!m_next) m_next.reset(Extractor::getNewInstance(m_mesh, true, nullptr));
     m_next->extract(value, m_set, nullptr);
   }
-  double firstArea() const { return areaOf(m_first->getExtract()); }
+  bool runNextVirtual(double value) {
+    if (!m_nextVirtual) m_nextVirtual.reset(Extractor::getNewInstance(m_plainMesh, true, nullptr));
+    m_nextVirtual->extract(value, m_plainSet, nullptr);
+    return true;
+  }
+  const KeXSurfaceMeshUnstructured& firstOutput() const { return m_first->getExtract(); }
+  double firstArea() const { return areaOf(firstOutput()); }
+  std::size_t numCells() const { return numCellsOf(m_mesh); }
   double nextArea() const { return areaOf(m_next->getExtract()); }
 
 private:
@@ -59,6 +65,7 @@ private:
   const Set& m_plainSet;
   std::unique_ptr<Extractor> m_first;
   std::unique_ptr<Extractor> m_next;
+  std::unique_ptr<Extractor> m_nextVirtual;
 };
 
 template <class Filter>
@@ -75,10 +82,7 @@ public:
       , m_set("f", DataBinding::PER_NODE, m_arrays.values, {numCells + 1, numCells + 1, numCells + 1})
       , m_plainSet(m_set)
       , m_ours(m_mesh, m_set, m_mesh, m_plainSet) {
-    const vtkNew<vtkImageData> image;
-    const int n = static_cast<int>(numCells);
-    image->SetDimensions(n + 1, n + 1, n + 1);
-    image->SetSpacing(1.0 / n, 1.0 / n, 1.0 / n);
+    const vtkNew<vtkImageData> image = makeImage(numCells);
     setValues(*image, m_arrays.values);
     m_filter->SetInputData(image);
     m_filter->ComputeNormalsOff();
@@ -88,8 +92,12 @@ public:
   }
   void runFirst(Access access) override { m_ours.runFirst(access); }
   void runNext(int turn) override { m_ours.runNext(turnValue(turn)); }
+  bool runNextVirtual(int turn) override { return m_ours.runNextVirtual(turnValue(turn)); }
   void runPeer() override { updatePeer(*m_filter); }
   double measureOurs() const override { return m_ours.firstArea(); }
+  std::size_t numInputCells() const override { return m_ours.numCells(); }
+  std::size_t numOutputCells() const override { return m_ours.firstOutput().getTopology().getNumCells(); }
+  std::shared_ptr<void> copyOutput() const override { return copyOf(m_ours.firstOutput()); }
   double measurePeer() const override { return areaOf(*m_filter->GetOutput()); }
 
 private:
@@ -120,8 +128,12 @@ public:
   }
   void runFirst(Access access) override { m_ours.runFirst(access); }
   void runNext(int turn) override { m_ours.runNext(turnValue(turn)); }
+  bool runNextVirtual(int turn) override { return m_ours.runNextVirtual(turnValue(turn)); }
   void runPeer() override { updatePeer(*m_filter); }
   double measureOurs() const override { return m_ours.firstArea(); }
+  std::size_t numInputCells() const override { return m_ours.numCells(); }
+  std::size_t numOutputCells() const override { return m_ours.firstOutput().getTopology().getNumCells(); }
+  std::shared_ptr<void> copyOutput() const override { return copyOf(m_ours.firstOutput()); }
   double measurePeer() const override { return areaOf(*m_filter->GetOutput()); }
 
 private:
@@ -156,8 +168,12 @@ public:
   }
   void runFirst(Access access) override { m_ours.runFirst(access); }
   void runNext(int turn) override { m_ours.runNext(turnValue(turn)); }
+  bool runNextVirtual(int turn) override { return m_ours.runNextVirtual(turnValue(turn)); }
   void runPeer() override { updatePeer(*m_filter); }
   double measureOurs() const override { return m_ours.firstArea(); }
+  std::size_t numInputCells() const override { return m_ours.numCells(); }
+  std::size_t numOutputCells() const override { return m_ours.firstOutput().getTopology().getNumCells(); }
+  std::shared_ptr<void> copyOutput() const override { return copyOf(m_ours.firstOutput()); }
   double measurePeer() const override { return outputArea(); }
 
 protected:
@@ -185,6 +201,7 @@ public:
     for (int i = 0; i < numSweepValues; ++i)
       m_ours.runNext(sweepValue(i));
   }
+  bool runNextVirtual(int) override { return false; }
   void runPeer() override {
     for (int i = 0; i < numSweepValues; ++i) {
       m_filter->SetValue(0, sweepValue(i));
@@ -197,6 +214,26 @@ public:
 };
 
 } // namespace
+
+std::vector<Growth> isosurfaceGrowth() {
+  return {
+      {"isosurface_regular",
+       false,
+       {64, 96, 128, 192, 256, 400},
+       [](std::size_t n) { return std::make_unique<RegularJob>(n); }},
+      {"isosurface_curvilinear",
+       false,
+       {64, 96, 128, 192, 256},
+       [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
+      {"isosurface_hexahedra",
+       false,
+       {48, 64, 96, 128, 160},
+       [](std::size_t n) {
+         return std::make_unique<UnstructuredJob>(KbMeshMaker::hexahedra({n, n, n}, warp), KiVolumeCell::HEXAHEDRON, 8,
+                                                  VTK_HEXAHEDRON);
+       }},
+  };
+}
 
 std::vector<Case> isosurfaceCases() {
   return {

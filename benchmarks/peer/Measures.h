@@ -9,8 +9,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
-/// Areas and lengths of both sides' outputs, in double from the output's coordinates.
+/// Areas and lengths of both sides' outputs, in double from the output's coordinates, and what memory is told by.
 namespace peer {
 
 /// Area of polygons, each as the fan of triangles around its first corner. (The sum of cross products is exact for flat
@@ -95,6 +96,20 @@ inline double lengthOf(vtkPolyData& mesh) {
   for (mesh.GetLines()->InitTraversal(); mesh.GetLines()->GetNextCell(size, ids) != 0;)
     sum += lengthOf(mesh, size, ids);
   return sum;
+}
+
+inline std::shared_ptr<void> copyOf(const KeXSurfaceMeshUnstructured& mesh) {
+  return std::shared_ptr<KeXSurfaceMeshUnstructured>(mesh.getNewClone());
+}
+
+/// Cells of an input mesh of any volume kind.
+template <class Mesh>
+std::size_t numCellsOf(const Mesh& mesh) {
+  const auto& cells = mesh.getTopology();
+  if constexpr (requires { cells.getNumCellsK(); })
+    return cells.getNumCellsI() * cells.getNumCellsJ() * cells.getNumCellsK();
+  else
+    return cells.getNumCells();
 }
 
 } // namespace peer

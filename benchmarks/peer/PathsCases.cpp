@@ -15,7 +15,6 @@
 #include <vtkCellLocatorInterpolatedVelocityField.h>
 #include <vtkCellTreeLocator.h>
 #include <vtkGenericCell.h>
-#include <vtkImageData.h>
 #include <vtkPolyData.h>
 #include <vtkSmartPointer.h>
 #include <vtkStaticCellLocator.h>
@@ -227,11 +226,7 @@ public:
     m_cellsPerLength = static_cast<double>(n);
     m_mesh = std::make_unique<KbVolumeMeshRegular>(KbIndex<3>{n, n, n}, Vec3(0.0), Vec3(1.0));
     m_set = std::make_unique<KbVec3SetIjk>("flow", DataBinding::PER_NODE, m_vectors, KbIndex<3>{n + 1, n + 1, n + 1});
-    const vtkNew<vtkImageData> image;
-    const int counts = static_cast<int>(n);
-    image->SetDimensions(counts + 1, counts + 1, counts + 1);
-    image->SetSpacing(1.0 / counts, 1.0 / counts, 1.0 / counts);
-    setInput(image);
+    setInput(makeImage(n));
   }
 
 private:

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "peer/PeerRunner.h"
 
+#include "peer/MemoryCount.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <optional>
+#include <utility>
 
 namespace peer {
 
@@ -54,6 +58,39 @@ double peakMiB(const std::function<void()>& run) {
   return read("VmHWM:") - before;
 }
 
+/// What the very first `runFirst` of a job needs; before it our side has nothing but its input.
+struct Memory {
+  double peakMiB = 0.0;         ///< resident, with the output
+  double bytesBesideOutput = 0; ///< of all blocks at the peak; 0 when the job does not tell its output
+
+  explicit Memory(Job& job) {
+    const std::size_t before = MemoryCount::current();
+    MemoryCount::resetPeak();
+    peakMiB = peer::peakMiB([&] { job.runFirst(Access::ARRAYS); });
+    const std::size_t peak = MemoryCount::peak() - before;
+    const std::size_t after = MemoryCount::current();
+    const std::shared_ptr<void> copy = job.copyOutput();
+    if (copy) bytesBesideOutput = static_cast<double>(peak) - static_cast<double>(MemoryCount::current() - after);
+  }
+};
+
+/// The line through the points of least squares in y.
+double slopeOf(const std::vector<std::pair<double, double>>& points) {
+  double x = 0.0;
+  double y = 0.0;
+  for (const auto& p : points) {
+    x += p.first / static_cast<double>(points.size());
+    y += p.second / static_cast<double>(points.size());
+  }
+  double xx = 0.0;
+  double xy = 0.0;
+  for (const auto& p : points) {
+    xx += (p.first - x) * (p.first - x);
+    xy += (p.first - x) * (p.second - y);
+  }
+  return xy / xx;
+}
+
 } // namespace
 
 bool runCase(const Case& testCase, int numThreads) {
@@ -61,36 +98,86 @@ bool runCase(const Case& testCase, int numThreads) {
   Samples first;
   Samples next;
   Samples virtualFirst;
+  Samples virtualNext;
   Samples theirs;
+  Samples theirNext;
 
   const double peerPeak = peakMiB([&] { job->runPeer(); });
-  const double ourPeak = testCase.hasFirst ? peakMiB([&] { job->runFirst(Access::ARRAYS); }) : 0.0;
+  std::optional<Memory> memory;
+  if (testCase.hasFirst) memory.emplace(*job);
   // In turn, so that a disturbance of the machine meets both sides.
   while (theirs.wantsMore() || (testCase.hasFirst && first.wantsMore())) {
     if (testCase.hasFirst) first.add(timeMs([&] { job->runFirst(Access::ARRAYS); }));
     theirs.add(timeMs([&] { job->runPeer(); }));
   }
-  int turn = 0;
-  job->runNext(turn++);
-  while (next.wantsMore())
-    next.add(timeMs([&] { job->runNext(turn++); }));
   const double ours = job->measureOurs();
   const double peers = job->measurePeer();
-  const bool ok = std::abs(ours - peers) <= 1e-3 * std::abs(peers);
+  int turn = 0;
+  job->runNext(turn);
+  if (testCase.hasPeerNext) job->runPeerNext(turn);
+  while (next.wantsMore() || (testCase.hasPeerNext && theirNext.wantsMore())) {
+    next.add(timeMs([&] { job->runNext(++turn); }));
+    if (testCase.hasPeerNext) theirNext.add(timeMs([&] { job->runPeerNext(turn); }));
+  }
   if (testCase.hasFirst)
     while (virtualFirst.wantsMore())
       virtualFirst.add(timeMs([&] { job->runFirst(Access::VIRTUAL); }));
+  const bool hasVirtualNext = job->runNextVirtual(0);
+  while (hasVirtualNext && virtualNext.wantsMore())
+    virtualNext.add(timeMs([&] { job->runNextVirtual(++turn); }));
 
   const double vtkMs = theirs.median();
   const double oursMs = testCase.hasFirst ? first.median() : next.median();
+  const bool ok = std::abs(ours - peers) <= 1e-3 * std::abs(peers);
   std::printf("case=%s threads=%d ours_ms=%.2f vtk_ms=%.2f ratio=%.2f check=%s", testCase.name.c_str(), numThreads,
               oursMs, vtkMs, vtkMs / oursMs, ok ? "ok" : "FAILED");
-  if (testCase.hasFirst)
-    std::printf(" next_ms=%.2f next_ratio=%.2f virtual_ms=%.2f virtual_factor=%.2f ours_peak_mib=%.1f", next.median(),
-                vtkMs / next.median(), virtualFirst.median(), virtualFirst.median() / oursMs, ourPeak);
-  std::printf(" vtk_peak_mib=%.1f ours=%.7g vtk=%.7g\n", peerPeak, ours, peers);
+  if (testCase.hasFirst) {
+    const double vtkNextMs = testCase.hasPeerNext ? theirNext.median() : vtkMs;
+    std::printf(" next_ms=%.2f", next.median());
+    if (testCase.hasPeerNext) std::printf(" vtk_next_ms=%.2f", vtkNextMs);
+    std::printf(" next_ratio=%.2f virtual_ms=%.2f virtual_factor=%.2f", vtkNextMs / next.median(),
+                virtualFirst.median(), virtualFirst.median() / oursMs);
+    if (hasVirtualNext)
+      std::printf(" virtual_next_ms=%.2f virtual_next_factor=%.2f", virtualNext.median(),
+                  virtualNext.median() / next.median());
+    std::printf(" ours_peak_mib=%.1f", memory->peakMiB);
+  }
+  std::printf(" vtk_peak_mib=%.1f ours=%.7g vtk=%.7g", peerPeak, ours, peers);
+  if (testCase.hasFirst && job->numInputCells() > 0)
+    std::printf(" bytes_per_cell=%.2f (limit %g)",
+                memory->bytesBesideOutput / static_cast<double>(job->numInputCells()), testCase.bytesPerCell);
+  std::printf("\n");
   std::fflush(stdout);
   return ok;
+}
+
+void runGrowth(const Growth& growth, int numThreads) {
+  constexpr double LIMIT = 1.05;
+  std::vector<std::pair<double, double>> firsts;
+  std::vector<std::pair<double, double>> nexts;
+  for (const std::size_t size : growth.sizes) {
+    const std::unique_ptr<Job> job = growth.make(size);
+    const Memory memory(*job);
+    Samples first;
+    Samples next;
+    while (first.wantsMore())
+      first.add(timeMs([&] { job->runFirst(Access::ARRAYS); }));
+    int turn = 0;
+    job->runNext(turn++);
+    while (next.wantsMore())
+      next.add(timeMs([&] { job->runNext(turn++); }));
+    const std::size_t work = growth.followsOutput ? job->numOutputCells() : job->numInputCells();
+    std::printf("growth=%s threads=%d side=%zu input_cells=%zu output_cells=%zu first_ms=%.3f next_ms=%.3f"
+                " bytes_per_cell=%.2f\n",
+                growth.name.c_str(), numThreads, size, job->numInputCells(), job->numOutputCells(), first.median(),
+                next.median(), memory.bytesBesideOutput / static_cast<double>(job->numInputCells()));
+    std::fflush(stdout);
+    firsts.emplace_back(std::log(static_cast<double>(work)), std::log(first.median()));
+    nexts.emplace_back(firsts.back().first, std::log(next.median()));
+  }
+  std::printf("growth=%s threads=%d over=%s slope_first=%.3f slope_next=%.3f limit=%.2f\n", growth.name.c_str(),
+              numThreads, growth.followsOutput ? "output_cells" : "input_cells", slopeOf(firsts), slopeOf(nexts),
+              LIMIT);
 }
 
 } // namespace peer

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,17 +23,28 @@ public:
   virtual void runFirst(Access access) = 0;
   /// A changed parameter on a living extractor over the raw arrays; odd and even `turn` have different parameters.
   virtual void runNext(int turn) = 0;
+  /// The same by the virtual operations alone; false where that is not looked at.
+  virtual bool runNextVirtual(int /*turn*/) { return false; }
   /// `Modified()` and `Update()` of the opponent.
   virtual void runPeer() = 0;
+  /// The opponent's next, for cases that say that it has one.
+  virtual void runPeerNext(int /*turn*/) {}
   /// Area, length or sum of the last `runFirst` and of the last `runPeer`, in double from the output's coordinates.
   virtual double measureOurs() const = 0;
   virtual double measurePeer() const = 0;
+  /// Cells of the input and of our output, and a copy of all that the last `runFirst` put out: what growth and memory
+  /// are told by. Jobs that leave them out get no memory column.
+  virtual std::size_t numInputCells() const { return 0; }
+  virtual std::size_t numOutputCells() const { return 0; }
+  virtual std::shared_ptr<void> copyOutput() const { return nullptr; }
 };
 
 struct Case {
   std::string name;
   bool hasFirst; ///< whether a fresh extractor is part of the comparison (a sweep has none)
   std::function<std::unique_ptr<Job>()> make;
+  bool hasPeerNext = false; ///< whether the opponent keeps something for a changed parameter, as a search tree
+  double bytesPerCell = 8;  ///< limit of memory beside input and output
 };
 
 /// The cases of each family, one row a case.
@@ -40,8 +52,23 @@ std::vector<Case> isosurfaceCases();
 std::vector<Case> isolineCases();
 std::vector<Case> pathsCases();
 std::vector<Case> skinCases();
+std::vector<Case> sliceCases();
+
+/// One kind of extraction on meshes of several sizes.
+struct Growth {
+  std::string name;
+  bool followsOutput;             ///< whether work is output cells rather than input cells
+  std::vector<std::size_t> sizes; ///< cells a side
+  std::function<std::unique_ptr<Job>(std::size_t size)> make;
+};
+
+std::vector<Growth> isosurfaceGrowth();
+std::vector<Growth> sliceGrowth();
 
 /// Runs a case and prints its line; false when the two sides' measures differ by more than 1e-3.
 bool runCase(const Case& testCase, int numThreads);
+
+/// Prints a line for each size and one for the slope of log time over log work, ours alone.
+void runGrowth(const Growth& growth, int numThreads);
 
 } // namespace peer

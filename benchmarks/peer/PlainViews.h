@@ -6,9 +6,10 @@
 #include <KerrinExtractor/KiSurfaceMeshUnstructured.h>
 #include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
 #include <KerrinExtractor/KiVolumeMeshUnstructured.h>
+#include <KerrinMesh/KbDataSet.h>
 
-/// Meshes and sets that forward to others by the virtual operations alone and offer no raw arrays: what an
-/// application's own classes look like to an extractor.
+/// Meshes and sets that offer the virtual operations alone and no raw arrays: what an application's own classes look
+/// like to an extractor. Sets read the arrays of their sources as an application reads its own.
 namespace peer {
 
 /// An unstructured mesh of any dimension, by its mesh, topology and cell interfaces.
@@ -67,35 +68,49 @@ private:
   Geometry m_geometry;
 };
 
-class PlainScalarSetI final : public KiDataSetI<double> {
+/// What the sets below have in common; `Source` is a set of kerrin_mesh over floats.
+template <class Interface, class Source>
+class PlainScalarSet : public Interface {
 public:
-  explicit PlainScalarSetI(const KiDataSetI<double>& source)
-      : m_source(source) {}
   std::size_t getTimeStamp() const override { return m_source.getTimeStamp(); }
   std::string getName() const override { return m_source.getName(); }
   DataBinding getBinding() const override { return m_source.getBinding(); }
   double getMin() const override { return m_source.getMin(); }
   double getMax() const override { return m_source.getMax(); }
-  std::size_t getSize() const override { return m_source.getSize(); }
-  double get(std::size_t i) const override { return m_source.get(i); }
 
-private:
-  const KiDataSetI<double>& m_source;
+protected:
+  explicit PlainScalarSet(const Interface& source)
+      : m_source(dynamic_cast<const Source&>(source))
+      , m_values(static_cast<const float*>(m_source.getRawArray(KiRawArrays::VALUES).data)) {}
+  const Source& m_source;
+  const float* m_values;
 };
 
-class PlainScalarSetIjk final : public KiDataSetIjk<double> {
+class PlainScalarSetI final : public PlainScalarSet<KiDataSetI<double>, KbScalarSetI> {
 public:
-  explicit PlainScalarSetIjk(const KiDataSetIjk<double>& source)
-      : m_source(source) {}
-  std::size_t getTimeStamp() const override { return m_source.getTimeStamp(); }
-  std::string getName() const override { return m_source.getName(); }
-  DataBinding getBinding() const override { return m_source.getBinding(); }
-  double getMin() const override { return m_source.getMin(); }
-  double getMax() const override { return m_source.getMax(); }
-  double get(std::size_t i, std::size_t j, std::size_t k) const override { return m_source.get(i, j, k); }
+  explicit PlainScalarSetI(const KiDataSetI<double>& source)
+      : PlainScalarSet(source)
+      , m_size(source.getSize()) {}
+  std::size_t getSize() const override { return m_size; }
+  double get(std::size_t i) const override { return static_cast<double>(m_values[i]); }
 
 private:
-  const KiDataSetIjk<double>& m_source;
+  std::size_t m_size;
+};
+
+class PlainScalarSetIjk final : public PlainScalarSet<KiDataSetIjk<double>, KbScalarSetIjk> {
+public:
+  explicit PlainScalarSetIjk(const KiDataSetIjk<double>& source)
+      : PlainScalarSet(source)
+      , m_numI(m_source.getCounts()[0])
+      , m_numJ(m_source.getCounts()[1]) {}
+  double get(std::size_t i, std::size_t j, std::size_t k) const override {
+    return static_cast<double>(m_values[i + m_numI * (j + m_numJ * k)]);
+  }
+
+private:
+  std::size_t m_numI;
+  std::size_t m_numJ;
 };
 
 } // namespace peer

@@ -6,6 +6,7 @@
 #include <vtkCellArray.h>
 #include <vtkDataSet.h>
 #include <vtkFloatArray.h>
+#include <vtkImageData.h>
 #include <vtkNew.h>
 #include <vtkPointData.h>
 #include <vtkPoints.h>
@@ -51,6 +52,15 @@ inline vtkNew<vtkUnstructuredGrid> makeGrid(KbMeshMaker::Arrays& arrays, Cells& 
   grid->SetPoints(makePoints(arrays.coordinates));
   grid->SetCells(vtkType, makeCells(cells));
   return grid;
+}
+
+/// A regular grid of `numCells` cells a side over the unit cube.
+inline vtkNew<vtkImageData> makeImage(std::size_t numCells) {
+  vtkNew<vtkImageData> image;
+  const int n = static_cast<int>(numCells);
+  image->SetDimensions(n + 1, n + 1, n + 1);
+  image->SetSpacing(1.0 / n, 1.0 / n, 1.0 / n);
+  return image;
 }
 
 inline vtkNew<vtkStructuredGrid> makeCurvilinearGrid(KbMeshMaker::Arrays& arrays, std::size_t numCells) {
