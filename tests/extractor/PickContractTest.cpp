@@ -3,6 +3,12 @@
 #include "extractor/PickTestTools.h"
 
 #include <KerrinExtractor/KiCancellationException.h>
+#include <KerrinExtractor/KiFenceSliceExtractHexahedronIjk.h>
+#include <KerrinExtractor/KiFenceSliceExtractIjk.h>
+#include <KerrinExtractor/KiFenceSliceExtractUnstructured.h>
+#include <KerrinExtractor/KiGridPlaneSliceExtractHexahedronIjk.h>
+#include <KerrinExtractor/KiGridPlaneSliceExtractIjk.h>
+#include <KerrinExtractor/KiGridPlaneSliceExtractUnstructured.h>
 #include <KerrinExtractor/KiInterpolatedLogicalSliceExtract.h>
 #include <KerrinExtractor/KiInterpolatedLogicalSliceExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiLogicalSliceExtractCurvilinear.h>
@@ -45,6 +51,18 @@ struct InterpolatedSliceOf : SkinOf<K, E> {
     return e.extract(KiMesh::DIMENSION_J, 1.375, filter);
   }
 };
+template <class K, class E>
+struct FenceOf : SkinOf<K, E> {
+  static const KeXSurfaceMeshUnstructured& extract(E& e, const typename K::CellForm::Filter* filter) {
+    return e.extract({0.1, 0.2, 1.0}, {{0.1, 0.2, 0.0}, {0.8, 0.3, 0.5}, {0.4, 0.9, 0.0}}, filter);
+  }
+};
+template <class K, class E>
+struct GridPlaneOf : SkinOf<K, E> {
+  static const KeXSurfaceMeshUnstructured& extract(E& e, const typename K::CellForm::Filter* filter) {
+    return e.extract({0.1, 0.2, 1.0}, 0.5, 0.07, filter);
+  }
+};
 
 template <class Family>
 class PickContract : public testing::Test {
@@ -64,18 +82,24 @@ protected:
   }
 };
 
-using Families =
-    testing::Types<SkinOf<Unstructured, KiSkinExtractUnstructured>, SkinOf<HexahedronIjk, KiSkinExtractHexahedronIjk>,
-                   SkinOf<VertexHexahedronIjk, KiSkinExtractIjk>, SkinOf<Regular, KiSkinExtractIjk>,
-                   SkinOf<Rectilinear, KiSkinExtractIjk>, SkinOf<Curvilinear, KiSkinExtractIjk>,
-                   LogicalSliceOf<HexahedronIjk, KiLogicalSliceExtractHexahedronIjk>,
-                   LogicalSliceOf<Regular, KiLogicalSliceExtractRegular>,
-                   LogicalSliceOf<Rectilinear, KiLogicalSliceExtractRectilinear>,
-                   LogicalSliceOf<Curvilinear, KiLogicalSliceExtractCurvilinear>,
-                   InterpolatedSliceOf<HexahedronIjk, KiInterpolatedLogicalSliceExtractHexahedronIjk>,
-                   InterpolatedSliceOf<Regular, KiInterpolatedLogicalSliceExtract>,
-                   InterpolatedSliceOf<Rectilinear, KiInterpolatedLogicalSliceExtract>,
-                   InterpolatedSliceOf<Curvilinear, KiInterpolatedLogicalSliceExtract>>;
+using Families = testing::Types<
+    SkinOf<Unstructured, KiSkinExtractUnstructured>, SkinOf<HexahedronIjk, KiSkinExtractHexahedronIjk>,
+    SkinOf<VertexHexahedronIjk, KiSkinExtractIjk>, SkinOf<Regular, KiSkinExtractIjk>,
+    SkinOf<Rectilinear, KiSkinExtractIjk>, SkinOf<Curvilinear, KiSkinExtractIjk>,
+    LogicalSliceOf<HexahedronIjk, KiLogicalSliceExtractHexahedronIjk>,
+    LogicalSliceOf<Regular, KiLogicalSliceExtractRegular>,
+    LogicalSliceOf<Rectilinear, KiLogicalSliceExtractRectilinear>,
+    LogicalSliceOf<Curvilinear, KiLogicalSliceExtractCurvilinear>,
+    InterpolatedSliceOf<HexahedronIjk, KiInterpolatedLogicalSliceExtractHexahedronIjk>,
+    InterpolatedSliceOf<Regular, KiInterpolatedLogicalSliceExtract>,
+    InterpolatedSliceOf<Rectilinear, KiInterpolatedLogicalSliceExtract>,
+    InterpolatedSliceOf<Curvilinear, KiInterpolatedLogicalSliceExtract>,
+    FenceOf<Unstructured, KiFenceSliceExtractUnstructured>, FenceOf<HexahedronIjk, KiFenceSliceExtractHexahedronIjk>,
+    FenceOf<VertexHexahedronIjk, KiFenceSliceExtractIjk>, FenceOf<Regular, KiFenceSliceExtractIjk>,
+    FenceOf<Rectilinear, KiFenceSliceExtractIjk>, FenceOf<Curvilinear, KiFenceSliceExtractIjk>,
+    GridPlaneOf<Unstructured, KiGridPlaneSliceExtractUnstructured>,
+    GridPlaneOf<HexahedronIjk, KiGridPlaneSliceExtractHexahedronIjk>, GridPlaneOf<Regular, KiGridPlaneSliceExtractIjk>,
+    GridPlaneOf<Rectilinear, KiGridPlaneSliceExtractIjk>, GridPlaneOf<Curvilinear, KiGridPlaneSliceExtractIjk>>;
 TYPED_TEST_SUITE(PickContract, Families);
 
 TYPED_TEST(PickContract, GivesNothingForAMeshWithoutLivingCells) {
@@ -117,6 +141,7 @@ TYPED_TEST(PickContract, PhasesNestAndAreAnnounced) {
   for (std::size_t p = 0; p < recorder.numPhases; ++p)
     expected += "Pp";
   EXPECT_EQ(recorder.withoutSteps(), expected + "e");
+  EXPECT_EQ(recorder.numEmptyPhases, 0u);
 }
 
 TYPED_TEST(PickContract, StopsAtEachQuestionAndStaysUsable) {

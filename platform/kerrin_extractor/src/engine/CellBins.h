@@ -2,36 +2,15 @@
 #pragma once
 
 #include "Array.h"
+#include "Box.h"
 #include "Run.h"
-
-#include <KerrinExtractor/KbVec3.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <limits>
 
 namespace kx {
-
-/// A box around a cell, or around all of them.
-struct Box {
-  KbVec3<double> low{std::numeric_limits<double>::infinity()};
-  KbVec3<double> high{-std::numeric_limits<double>::infinity()};
-
-  bool isEmpty() const { return !(low[0] <= high[0]); }
-  void add(const KbVec3<double>& point) {
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-      low[axis] = std::min(low[axis], point[axis]);
-      high[axis] = std::max(high[axis], point[axis]);
-    }
-  }
-  void grow(double margin) {
-    low -= KbVec3<double>(margin);
-    high += KbVec3<double>(margin);
-  }
-  double diagonal() const { return isEmpty() ? 0.0 : (high - low).length(); }
-};
 
 /// Finds the cells whose boxes hold a point: equal bins over the mesh, about two cells wide, each with the cells that
 /// reach into it in ascending order.

@@ -4,6 +4,7 @@
 #include "MeshView.h"
 
 #include <cmath>
+#include <vector>
 
 namespace kx {
 
@@ -30,6 +31,18 @@ inline double signedSize(CellCode code, const std::array<KbVec3<double>, 8>& p) 
     return triple(a + b + c - d, a - b + c + d, a + b - c + d);
   }
   }
+}
+
+/// Six times the volume within the fans of a polyhedron's faces, given by local numbers of its corners; positive when
+/// they turn outwards.
+inline double signedSize(const std::vector<std::vector<std::size_t>>& faces,
+                         const std::vector<KbVec3<double>>& corners) {
+  double size = 0.0;
+  for (const std::vector<std::size_t>& face : faces)
+    for (std::size_t i = 1; i + 1 < face.size(); ++i)
+      size +=
+          (corners[face[0]] - corners[0]).dot((corners[face[i]] - corners[0]).cross(corners[face[i + 1]] - corners[0]));
+  return size;
 }
 
 } // namespace kx

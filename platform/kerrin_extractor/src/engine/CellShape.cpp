@@ -9,19 +9,6 @@
 #include <algorithm>
 
 namespace kx {
-namespace {
-
-/// Six times the volume within the fans of the faces; positive when they turn outwards.
-double signedVolume(const std::vector<KbVec3<double>>& corners, const std::vector<std::vector<std::size_t>>& faces) {
-  double size = 0.0;
-  for (const std::vector<std::size_t>& face : faces)
-    for (std::size_t i = 1; i + 1 < face.size(); ++i)
-      size +=
-          (corners[face[0]] - corners[0]).dot((corners[face[i]] - corners[0]).cross(corners[face[i + 1]] - corners[0]));
-  return size;
-}
-
-} // namespace
 
 KbVec3<double> CellShape::centre() const {
   KbVec3<double> sum(0.0);
@@ -100,7 +87,7 @@ bool CellShape::load(const MeshView& mesh, std::size_t cell, Faults& faults) {
     return false;
   }
   if (!loadCorners(mesh, cell, faults)) return false;
-  const bool isInverted = signedVolume(m_corners, polyhedron) < 0.0;
+  const bool isInverted = signedSize(polyhedron, m_corners) < 0.0;
   for (const std::vector<std::size_t>& face : polyhedron)
     keepFace(face.data(), face.size(), isInverted);
   return m_numFaces > 0;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace kx {
 namespace {
@@ -13,83 +12,7 @@ constexpr std::size_t JOINT = std::size_t{1} << 62;
 /// How near to a joint, in lengths of its segment, an edge counts as cut at the joint itself.
 constexpr double AT_JOINT = 1e-12;
 
-constexpr double INFINITE = std::numeric_limits<double>::infinity();
-
-Curtain::Box emptyBox() { return {{INFINITE, INFINITE}, {-INFINITE, -INFINITE}}; }
-
-void extend(Curtain::Box& box, const Curtain::Point& p) {
-  box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y)};
-  box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y)};
-}
-
 } // namespace
-
-Curtain::Curtain(const KbVec3<double>& direction, const std::vector<KbVec3<double>>& polyline) {
-  const double length = direction.length();
-  if (!(length > 0.0) || !std::isfinite(length)) {
-    m_fault = "the direction of the curtain has no finite length";
-    return;
-  }
-  if (!FaceCutter::isFinite(polyline)) {
-    m_fault = "the polyline has a point that is not finite";
-    return;
-  }
-  if (polyline.empty()) return; // nothing to be cut along, and nothing to complain of
-  const KbVec3<double> d = direction / length;
-  // Any two axes will do; the one to start from is the least parallel to the direction.
-  std::size_t least = 0;
-  for (std::size_t axis = 1; axis < 3; ++axis)
-    if (std::abs(d[axis]) < std::abs(d[least])) least = axis;
-  KbVec3<double> start(0.0);
-  start[least] = 1.0;
-  m_axisX = start.cross(d).normalized();
-  m_axisY = d.cross(m_axisX);
-  for (const KbVec3<double>& p : polyline) {
-    const Point q = project(p);
-    if (m_points.empty() || q.x != m_points.back().x || q.y != m_points.back().y) m_points.push_back(q);
-  }
-  if (m_points.size() < 2) {
-    m_fault = "the polyline has fewer than two points that differ across the direction";
-    m_points.clear();
-    return;
-  }
-  for (std::size_t s = 0; s < numSegments(); ++s) {
-    if (s % BLOCK == 0) m_boxes.push_back(emptyBox());
-    extend(m_boxes.back(), m_points[s]);
-    extend(m_boxes.back(), m_points[s + 1]);
-  }
-}
-
-double Curtain::side(std::size_t segment, const Point& p) const {
-  const Point& a = m_points[segment];
-  const Point& b = m_points[segment + 1];
-  return (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
-}
-
-double Curtain::parameter(std::size_t segment, const Point& p) const {
-  const Point& a = m_points[segment];
-  const Point& b = m_points[segment + 1];
-  const double dx = b.x - a.x;
-  const double dy = b.y - a.y;
-  return ((p.x - a.x) * dx + (p.y - a.y) * dy) / (dx * dx + dy * dy);
-}
-
-void Curtain::findSegments(const Box& box, std::vector<std::size_t>& segments) const {
-  for (std::size_t block = 0; block < m_boxes.size(); ++block) {
-    if (!m_boxes[block].meets(box)) continue;
-    const std::size_t end = std::min((block + 1) * BLOCK, numSegments());
-    for (std::size_t s = block * BLOCK; s < end; ++s) {
-      Box own = emptyBox();
-      extend(own, m_points[s]);
-      extend(own, m_points[s + 1]);
-      if (own.meets(box)) segments.push_back(s);
-    }
-  }
-}
-
-bool Curtain::hasJoint(std::size_t segment, const Box& box) const {
-  return box.meets({m_points[segment], m_points[segment]}) || box.meets({m_points[segment + 1], m_points[segment + 1]});
-}
 
 /// Cuts one cell after the other, with memory of its own.
 class CurtainTracer::Cutter {
@@ -104,11 +27,11 @@ public:
     m_corners.resize(n);
     m_shadow.resize(n);
     m_values.resize(n);
-    Curtain::Box box = emptyBox();
+    Curtain::Shadow box;
     for (std::size_t i = 0; i < n; ++i) {
       m_corners[i] = m_mesh.points[nodes.ids[i]];
       m_shadow[i] = m_curtain.project(m_corners[i]);
-      extend(box, m_shadow[i]);
+      box.add(m_shadow[i]);
     }
     if (!FaceCutter::isFinite(m_corners)) return FaceCutter::NOT_FINITE;
     m_segments.clear();
@@ -145,7 +68,7 @@ private:
       if (std::abs(a - b) <= AT_JOINT) {
         // The face is parallel to the direction. Only the segment that begins at a joint takes what lies on it.
         const double middle = 0.5 * (a + b);
-        const bool isLast = segment + 1 == m_curtain.numSegments();
+        const bool isLast = segment + 1 == m_curtain.numSegments() && m_curtain.joint(segment + 1) != 0;
         if (middle >= 0.0 && (middle < 1.0 || (isLast && middle <= 1.0))) m_pieces.push_back(piece);
         return;
       }
@@ -155,7 +78,7 @@ private:
       End* ends[2] = {&piece.from, &piece.to};
       for (std::size_t e = 0; e < 2; ++e) {
         for (const double limit : {0.0, 1.0}) {
-          const std::size_t joint = segment + (limit > 0.0 ? 1 : 0);
+          const std::size_t joint = m_curtain.joint(segment + (limit > 0.0 ? 1 : 0));
           if (std::abs(parameters[e] - limit) <= AT_JOINT) {
             ends[e]->key.tag = 2 * joint + 1;
           } else if (limit > 0.0 ? parameters[e] > limit : parameters[e] < limit) {

@@ -17,14 +17,15 @@ namespace kx {
 struct SurfaceData {
   Array<std::int32_t> indices; ///< all polygons, -1 behind each
   Array<float> vertices;
-  /// Vertex v lies on the input edge (edgeBegins[v], edgeEnds[v]) at weights[v] from its begin.
+  /// Vertex v lies on the input edge (edgeBegins[v], edgeEnds[v]) at weights[v] from its begin. Empty for families
+  /// whose vertices have sources of another form.
   IndexArray edgeBegins;
   IndexArray edgeEnds;
   Array<float> weights;
   IndexArray inputCells;
 
   std::size_t numCells() const { return inputCells.size(); }
-  std::size_t numVertices() const { return weights.size(); }
+  std::size_t numVertices() const { return vertices.size() / 3; }
   void clear();
 };
 

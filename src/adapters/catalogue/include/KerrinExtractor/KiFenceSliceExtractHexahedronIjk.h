@@ -8,7 +8,10 @@
 
 #include <vector>
 
-/// The curtain over a polyline, swept both ways along a direction through the whole mesh.
+/// The curtain over a polyline, swept both ways along a direction through the whole mesh: each segment ends at its two
+/// points, and segments share the vertices between them. Polygons face the right of the way along the polyline, seen
+/// with the direction towards the viewer; a segment in a face of the hull shows it where the cells are on that side.
+/// Points at the same place across the direction count once; fewer than two give an empty surface and a message.
 class KERRIN_EXTRACTOR_API KiFenceSliceExtractHexahedronIjk
     : public KiSurfaceExtractorHexahedronIjk<const KbVec3<double>&, const std::vector<KbVec3<double>>&> {
 public:

@@ -7,7 +7,10 @@
 #include <KerrinExtractor/KiVolumeMeshHexahedronIjk.h>
 
 /// A plane section (normal, distance) sampled on a square grid of the given step in the plane: quads whose four
-/// corners lie in live cells. The grid starts at the point of the plane nearest to the coordinate origin.
+/// corners lie in live cells. The grid starts at the point of the plane nearest to the coordinate origin; its first
+/// axis is the coordinate axis that follows the greatest component of the normal (x after z), laid into the plane, the
+/// second is the normal times the first. A quad's input cell is the one at its centre. A step that is not positive, or
+/// that asks for more than 2^26 grid nodes in the mesh's box, gives an empty surface and a message.
 class KERRIN_EXTRACTOR_API KiGridPlaneSliceExtractHexahedronIjk
     : public KiSurfaceExtractorHexahedronIjk<const KbVec3<double>&, double, double> {
 public:

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "PlaneSampler.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+namespace kx {
+namespace {
+
+using Vec3 = KbVec3<double>;
+
+constexpr double MAX_NODES = 67108864.0;       // 2^26: what a byte each is no burden for
+constexpr double MAX_STEPS_FROM_ORIGIN = 1e15; // beyond, neighbours have nearly the same coordinates
+constexpr double AT_END = 1e-9;                // of a step: a node on the box' side counts
+constexpr std::size_t POINTS_PER_STEP = 1024;
+
+std::string textOf(double number) {
+  char text[32];
+  std::snprintf(text, sizeof(text), "%g", number);
+  return text;
+}
+
+/// The cells at the found nodes of a row, in order, with the weights of the cells' nodes.
+struct Row {
+  std::vector<std::size_t> cells;
+  std::vector<double> weights;
+  std::size_t numVertices = 0; ///< found nodes that a quadrangle uses
+  std::size_t numEntries = 0;  ///< their weights that are not zero
+  std::size_t numQuads = 0;    ///< that begin in the row
+};
+
+} // namespace
+
+PlaneGrid::PlaneGrid(const Vec3& normal, double distance, double step)
+    : m_normal(normal.normalized())
+    , m_step(step) {
+  const double size = m_normal.dot(m_normal);
+  if (!std::isfinite(size) || !std::isfinite(distance))
+    m_fault = "the plane's normal or distance is not finite";
+  else if (!(size > 0.0))
+    m_fault = "the plane's normal has no length";
+  else if (!(step > 0.0) || !std::isfinite(step))
+    m_fault = "the step " + textOf(step) + " is not a positive number";
+  if (!m_fault.empty()) return;
+  std::size_t greatest = 0;
+  for (std::size_t axis = 1; axis < 3; ++axis)
+    if (std::abs(m_normal[axis]) > std::abs(m_normal[greatest])) greatest = axis;
+  Vec3 start(0.0);
+  start[(greatest + 1) % 3] = 1.0;
+  m_axes[0] = (start - m_normal * m_normal.dot(start)).normalized();
+  m_axes[1] = m_normal.cross(m_axes[0]);
+  m_origin = m_normal * distance;
+}
+
+PlaneGrid::Range PlaneGrid::rangeIn(const Box& box, std::string& fault) const {
+  Range range;
+  if (box.isEmpty()) return range;
+  const Vec3 centre = (box.low + box.high) * 0.5 - m_origin;
+  const Vec3 half = (box.high - box.low) * 0.5;
+  const auto reachAlong = [&half](const Vec3& axis) {
+    return std::abs(axis[0]) * half[0] + std::abs(axis[1]) * half[1] + std::abs(axis[2]) * half[2];
+  };
+  if (std::abs(m_normal.dot(centre)) > reachAlong(m_normal) * (1.0 + AT_END) + AT_END * m_step) return range;
+  std::array<double, 2> counts{};
+  for (std::size_t a = 0; a < 2; ++a) {
+    const double middle = m_axes[a].dot(centre);
+    const double reach = reachAlong(m_axes[a]);
+    const double first = std::ceil((middle - reach) / m_step - AT_END);
+    const double last = std::floor((middle + reach) / m_step + AT_END);
+    if (!(std::max(std::abs(first), std::abs(last)) <= MAX_STEPS_FROM_ORIGIN)) {
+      fault = "the step " + textOf(m_step) + " is too small for a mesh of this size and place";
+      return range;
+    }
+    range.begin[a] = first;
+    counts[a] = std::max(last - first + 1.0, 0.0);
+  }
+  if (counts[0] * counts[1] > MAX_NODES) {
+    fault = "the step " + textOf(m_step) + " asks for " + textOf(counts[0] * counts[1]) + " grid nodes, more than " +
+            textOf(MAX_NODES);
+    return range;
+  }
+  range.counts = {static_cast<std::size_t>(counts[0]), static_cast<std::size_t>(counts[1])};
+  return range;
+}
+
+void PlaneSampler::sample(Run& run, const VolumeLocator& locator, const PlaneGrid& grid, SurfaceData& output,
+                          NodeWeights& sources, Faults& faults) {
+  std::string fault;
+  const PlaneGrid::Range range = grid.rangeIn(locator.reach(), fault);
+  if (!fault.empty()) faults.post(fault);
+  const std::size_t numI = range.counts[0];
+  const std::size_t numJ = numI > 1 ? range.counts[1] : 0;
+  const std::size_t rowsPerStep = std::max<std::size_t>(1, POINTS_PER_STEP / std::max<std::size_t>(numI, 1));
+  const std::size_t numSteps = (numJ + rowsPerStep - 1) / rowsPerStep;
+  const auto forRows = [&](std::size_t step, const auto& visit) {
+    for (std::size_t j = step * rowsPerStep; j < std::min((step + 1) * rowsPerStep, numJ); ++j)
+      visit(j);
+  };
+  const auto nodeAt = [&](std::size_t i, std::size_t j, double shift) {
+    return grid.node(range, static_cast<double>(i) + shift, static_cast<double>(j) + shift);
+  };
+
+  std::vector<Row> rows(numJ);
+  std::vector<std::uint8_t> isFound(numI * numJ, 0);
+  run.phase("locate", numSteps, [&](std::size_t step) {
+    CellHit hit;
+    forRows(step, [&](std::size_t j) {
+      for (std::size_t i = 0; i < numI; ++i) {
+        if (!locator.find(nodeAt(i, j, 0.0), hit)) continue;
+        isFound[i + numI * j] = 1;
+        rows[j].cells.push_back(hit.cell);
+        for (std::size_t n = 0; n < hit.numNodes(); ++n)
+          rows[j].weights.push_back(hit.weight(n));
+      }
+    });
+  });
+
+  const auto isQuad = [&](std::size_t i, std::size_t j) { // by its first corner
+    if (i + 1 >= numI || j + 1 >= numJ) return false;
+    const std::uint8_t* corner = isFound.data() + i + numI * j;
+    return (corner[0] & corner[1] & corner[numI] & corner[numI + 1]) != 0;
+  };
+  const auto isUsed = [&](std::size_t i, std::size_t j) {
+    return isQuad(i, j) || (i > 0 && isQuad(i - 1, j)) ||
+           (j > 0 && (isQuad(i, j - 1) || (i > 0 && isQuad(i - 1, j - 1))));
+  };
+  /// Visits `(i, cell, weights)` of the found nodes of a row that a quadrangle uses; leaves `hit` with the cell's
+  /// nodes.
+  const auto forVertices = [&](std::size_t j, CellHit& hit, const auto& visit) {
+    const double* weights = rows[j].weights.data();
+    std::size_t found = 0;
+    for (std::size_t i = 0; i < numI; ++i) {
+      if (!isFound[i + numI * j]) continue;
+      const std::size_t cell = rows[j].cells[found++];
+      locator.loadNodes(cell, hit);
+      if (isUsed(i, j)) visit(i, cell, weights);
+      weights += hit.numNodes();
+    }
+  };
+  run.phase("count", numSteps, [&](std::size_t step) {
+    CellHit hit;
+    forRows(step, [&](std::size_t j) {
+      Row& row = rows[j];
+      forVertices(j, hit, [&](std::size_t i, std::size_t, const double* weights) {
+        row.numVertices += 1;
+        row.numQuads += isQuad(i, j);
+        row.numEntries += static_cast<std::size_t>(
+            std::count_if(weights, weights + hit.numNodes(), [](double w) { return w != 0.0; }));
+      });
+    });
+  });
+
+  std::size_t numVertices = 0;
+  std::size_t numQuads = 0;
+  std::size_t numEntries = 0;
+  for (Row& row : rows) { // each count becomes what is in front of the row
+    numVertices += std::exchange(row.numVertices, numVertices);
+    numQuads += std::exchange(row.numQuads, numQuads);
+    numEntries += std::exchange(row.numEntries, numEntries);
+  }
+  const MeshView& mesh = locator.mesh();
+  output.indices.resize(5 * numQuads);
+  output.inputCells.resize(numQuads, mesh.numCells);
+  output.vertices.resize(3 * numVertices);
+  output.edgeBegins.resize(0, 0);
+  output.edgeEnds.resize(0, 0);
+  output.weights.resize(0);
+  sources.begins.resize(numVertices + 1);
+  sources.begins[numVertices] = numEntries;
+  sources.nodes.resize(numEntries, mesh.endNode);
+  sources.weights.resize(numEntries);
+
+  run.phase("write", numSteps, [&](std::size_t step) {
+    CellHit hit;
+    std::vector<std::size_t> cells[2]; // at the nodes of this row and the next
+    std::vector<std::int32_t> numbers[2];
+    const auto number = [&](std::size_t j, std::size_t slot) {
+      cells[slot].resize(numI);
+      numbers[slot].resize(numI);
+      auto next = static_cast<std::int32_t>(rows[j].numVertices);
+      forVertices(j, hit, [&](std::size_t i, std::size_t cell, const double*) {
+        cells[slot][i] = cell;
+        numbers[slot][i] = next++;
+      });
+    };
+    forRows(step, [&](std::size_t j) {
+      std::size_t vertex = rows[j].numVertices;
+      std::size_t entry = rows[j].numEntries;
+      forVertices(j, hit, [&](std::size_t i, std::size_t, const double* weights) {
+        const Vec3 p = nodeAt(i, j, 0.0);
+        for (std::size_t axis = 0; axis < 3; ++axis)
+          output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+        sources.begins[vertex++] = entry;
+        for (std::size_t n = 0; n < hit.numNodes(); ++n) {
+          if (weights[n] == 0.0) continue; // such a node has no say, even if it has no value
+          sources.nodes.set(entry, hit.node(n));
+          sources.weights[entry++] = weights[n];
+        }
+      });
+      if (j + 1 == numJ) return;
+      number(j, 0);
+      number(j + 1, 1);
+      std::size_t quad = rows[j].numQuads;
+      for (std::size_t i = 0; i < numI; ++i) {
+        if (!isQuad(i, j)) continue;
+        const std::int32_t corners[5] = {numbers[0][i], numbers[0][i + 1], numbers[1][i + 1], numbers[1][i], -1};
+        std::copy(corners, corners + 5, output.indices.data() + 5 * quad);
+        std::size_t cell = cells[0][i];
+        const bool isInOne = cells[0][i + 1] == cell && cells[1][i] == cell && cells[1][i + 1] == cell;
+        if (!isInOne && locator.find(nodeAt(i, j, 0.5), hit)) cell = hit.cell;
+        output.inputCells.set(quad++, cell);
+      }
+    });
+  });
+}
+
+} // namespace kx
