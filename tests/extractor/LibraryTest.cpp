@@ -51,11 +51,20 @@ TEST(KxTimeStamp, GrowsOverAllThreads) {
 TEST(KiTessellator, BasicOneMeasuresTheSagitta) {
   const std::unique_ptr<KiTessellator> t(KiTessellator::getNewTessellatorBasic(0.1, 2));
   EXPECT_EQ(t->getMaxDepth(), 2u);
-  EXPECT_TRUE(t->isEdgeSplit({0, 0, 0}, {0.5, 0.11, 0}, {1, 0, 0}));
-  EXPECT_FALSE(t->isEdgeSplit({0, 0, 0}, {0.5, 0.09, 0}, {1, 0, 0}));
+  EXPECT_TRUE(t->isEdgeSplit({0, 0, 0}, {0.5, 0.11, 0}, {1, 0, 0}, 0));
+  EXPECT_FALSE(t->isEdgeSplit({0, 0, 0}, {0.5, 0.09, 0}, {1, 0, 0}, 0));
   const std::unique_ptr<KiTessellator> relative(KiTessellator::getNewTessellatorBasic());
-  EXPECT_TRUE(relative->isEdgeSplit({0, 0, 0}, {50, 1.1, 0}, {100, 0, 0}));
-  EXPECT_FALSE(relative->isEdgeSplit({0, 0, 0}, {50, 0.9, 0}, {100, 0, 0}));
+  EXPECT_TRUE(relative->isEdgeSplit({0, 0, 0}, {50, 1.1, 0}, {100, 0, 0}, 0));
+  EXPECT_FALSE(relative->isEdgeSplit({0, 0, 0}, {50, 0.9, 0}, {100, 0, 0}, 0));
+  EXPECT_FALSE(relative->isEdgeSplit({0, 0, 0}, {50, 1.1, 0}, {100, 0, 0}, 1)) << "a half of an edge of 200";
+  EXPECT_TRUE(relative->isEdgeSplit({0, 0, 0}, {50, 2.1, 0}, {100, 0, 0}, 1));
+}
+
+TEST(KiTessellator, BasicOneMeasuresValuesAgainstTheirSpread) {
+  const std::unique_ptr<KiTessellator> t(KiTessellator::getNewTessellatorBasic(0.0, 3, 0.1));
+  EXPECT_TRUE(t->isEdgeSplitByValue(0, 2.3, 2, 10));
+  EXPECT_FALSE(t->isEdgeSplitByValue(0, 1.9, 2, 10));
+  EXPECT_FALSE(t->isEdgeSplitByValue(5, 5, 5, 0));
 }
 
 /// Two hexahedra in a row along x, over 12 nodes.

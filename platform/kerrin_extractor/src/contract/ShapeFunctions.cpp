@@ -90,77 +90,85 @@ const std::array<Shape, 14> SHAPES{{
 
 const Shape& shapeOf(ReferenceShape shape) { return SHAPES[static_cast<std::size_t>(shape)]; }
 
-using Duals = std::array<Dual, MAX_SHAPE_NODES>;
+/// `Number` is `Dual`, or `double` where the derivatives are not asked for.
+template <class Number>
+using Values = std::array<Number, MAX_SHAPE_NODES>;
 
 /// Product form of the multilinear shapes: the corner's own side of each axis.
-Dual corner(const KbVec3<double>& node, const Dual* x, int dimension) {
-  Dual product(1.0);
+template <class Number>
+Number corner(const KbVec3<double>& node, const Number* x, int dimension) {
+  Number product(1.0);
   for (int axis = 0; axis < dimension; ++axis) {
     const auto a = static_cast<std::size_t>(axis);
-    product = product * (node[a] > H ? x[a] : Dual(1.0) - x[a]);
+    product = product * (node[a] > H ? x[a] : Number(1.0) - x[a]);
   }
   return product;
 }
 
 /// Serendipity functions of a square or cube with mid-edge nodes, in coordinates -1 .. 1.
-Dual serendipity(const KbVec3<double>& node, const Dual* x, int dimension) {
-  Dual product(1.0);
-  Dual sum(dimension == 3 ? -2.0 : -1.0);
+template <class Number>
+Number serendipity(const KbVec3<double>& node, const Number* x, int dimension) {
+  Number product(1.0);
+  Number sum(dimension == 3 ? -2.0 : -1.0);
   bool isCorner = true;
   for (int axis = 0; axis < dimension; ++axis) {
     const auto a = static_cast<std::size_t>(axis);
-    const Dual y = Dual(2.0) * x[a] - Dual(1.0);
+    const Number y = Number(2.0) * x[a] - Number(1.0);
     const double side = 2.0 * node[a] - 1.0;
     if (node[a] == H) {
       isCorner = false;
-      product = product * (Dual(1.0) - y * y);
+      product = product * (Number(1.0) - y * y);
     } else {
-      product = product * (Dual(1.0) + Dual(side) * y) * Dual(H);
-      sum = sum + Dual(side) * y;
+      product = product * (Number(1.0) + Number(side) * y) * Number(H);
+      sum = sum + Number(side) * y;
     }
   }
   return isCorner ? product * sum : product;
 }
 
-void quadraticSimplex(const Dual* l, int numCorners, const std::pair<int, int>* edges, std::size_t numEdges, Duals& n) {
+template <class Number>
+void quadraticSimplex(const Number* l, int numCorners, const std::pair<int, int>* edges, std::size_t numEdges,
+                      Values<Number>& n) {
   const auto corners = static_cast<std::size_t>(numCorners);
   for (std::size_t i = 0; i < corners; ++i)
-    n[i] = l[i] * (Dual(2.0) * l[i] - Dual(1.0));
+    n[i] = l[i] * (Number(2.0) * l[i] - Number(1.0));
   for (std::size_t e = 0; e < numEdges; ++e)
-    n[corners + e] = Dual(4.0) * l[edges[e].first] * l[edges[e].second];
+    n[corners + e] = Number(4.0) * l[edges[e].first] * l[edges[e].second];
 }
 
-void quadraticPyramid(const Dual* x, const Shape& shape, Duals& n) {
-  const Dual& t = x[2];
-  const Dual u = Dual(1.0) - t;
-  const Dual p = Dual(2.0) * x[0] - Dual(1.0);
-  const Dual q = Dual(2.0) * x[1] - Dual(1.0);
+template <class Number>
+void quadraticPyramid(const Number* x, const Shape& shape, Values<Number>& n) {
+  const Number& t = x[2];
+  const Number u = Number(1.0) - t;
+  const Number p = Number(2.0) * x[0] - Number(1.0);
+  const Number q = Number(2.0) * x[1] - Number(1.0);
   for (std::size_t i = 0; i < 4; ++i) {
-    const Dual a = Dual(2.0 * shape.nodes[i][0] - 1.0) * p;
-    const Dual b = Dual(2.0 * shape.nodes[i][1] - 1.0) * q;
-    const Dual bilinear = (Dual(1.0) + a) * (Dual(1.0) + b);
-    n[i] = Dual(0.25) * u * bilinear * (u * (a + b) - Dual(1.0));
+    const Number a = Number(2.0 * shape.nodes[i][0] - 1.0) * p;
+    const Number b = Number(2.0 * shape.nodes[i][1] - 1.0) * q;
+    const Number bilinear = (Number(1.0) + a) * (Number(1.0) + b);
+    n[i] = Number(0.25) * u * bilinear * (u * (a + b) - Number(1.0));
     n[9 + i] = t * u * bilinear;
   }
-  n[4] = t * (Dual(2.0) * t - Dual(1.0));
-  const Dual u2 = u * u * Dual(H);
-  n[5] = u2 * (Dual(1.0) - p * p) * (Dual(1.0) - q);
-  n[6] = u2 * (Dual(1.0) - q * q) * (Dual(1.0) + p);
-  n[7] = u2 * (Dual(1.0) - p * p) * (Dual(1.0) + q);
-  n[8] = u2 * (Dual(1.0) - q * q) * (Dual(1.0) - p);
+  n[4] = t * (Number(2.0) * t - Number(1.0));
+  const Number u2 = u * u * Number(H);
+  n[5] = u2 * (Number(1.0) - p * p) * (Number(1.0) - q);
+  n[6] = u2 * (Number(1.0) - q * q) * (Number(1.0) + p);
+  n[7] = u2 * (Number(1.0) - p * p) * (Number(1.0) + q);
+  n[8] = u2 * (Number(1.0) - q * q) * (Number(1.0) - p);
 }
 
-void quadraticWedge(const Dual* x, Duals& n) {
-  const std::array<Dual, 3> l{Dual(1.0) - x[0] - x[1], x[0], x[1]};
-  const Dual z = Dual(2.0) * x[2] - Dual(1.0);
-  const Dual bubble = Dual(1.0) - z * z;
+template <class Number>
+void quadraticWedge(const Number* x, Values<Number>& n) {
+  const std::array<Number, 3> l{Number(1.0) - x[0] - x[1], x[0], x[1]};
+  const Number z = Number(2.0) * x[2] - Number(1.0);
+  const Number bubble = Number(1.0) - z * z;
   for (std::size_t i = 0; i < 3; ++i) {
-    const Dual low = Dual(1.0) - z;
-    const Dual high = Dual(1.0) + z;
-    const Dual twice = Dual(2.0) * l[i] - Dual(1.0);
-    n[i] = Dual(H) * l[i] * (twice * low - bubble);
-    n[3 + i] = Dual(H) * l[i] * (twice * high - bubble);
-    const Dual edge = Dual(2.0) * l[i] * l[(i + 1) % 3];
+    const Number low = Number(1.0) - z;
+    const Number high = Number(1.0) + z;
+    const Number twice = Number(2.0) * l[i] - Number(1.0);
+    n[i] = Number(H) * l[i] * (twice * low - bubble);
+    n[3 + i] = Number(H) * l[i] * (twice * high - bubble);
+    const Number edge = Number(2.0) * l[i] * l[(i + 1) % 3];
     n[6 + i] = edge * low;
     n[9 + i] = edge * high;
     n[12 + i] = l[i] * bubble;
@@ -169,11 +177,12 @@ void quadraticWedge(const Dual* x, Duals& n) {
 
 constexpr std::pair<int, int> TETRAHEDRON_EDGES[] = {{0, 1}, {1, 2}, {2, 0}, {0, 3}, {1, 3}, {2, 3}};
 
-Duals evaluate(ReferenceShape shape, const Dual* x) {
+template <class Number>
+Values<Number> evaluate(ReferenceShape shape, const Number* x) {
   const Shape& s = shapeOf(shape);
-  Duals n;
-  const std::array<Dual, 4> barycentric{Dual(1.0) - x[0] - x[1] - (s.dimension == 3 ? x[2] : Dual(0.0)), x[0], x[1],
-                                        x[2]};
+  Values<Number> n{};
+  const std::array<Number, 4> barycentric{Number(1.0) - x[0] - x[1] - (s.dimension == 3 ? x[2] : Number(0.0)), x[0],
+                                          x[1], x[2]};
   switch (shape) {
   case ReferenceShape::LINE:
   case ReferenceShape::QUADRANGLE:
@@ -182,9 +191,9 @@ Duals evaluate(ReferenceShape shape, const Dual* x) {
       n[i] = corner(s.nodes[i], x, s.dimension);
     break;
   case ReferenceShape::QUADRATIC_LINE:
-    n[0] = (Dual(1.0) - x[0]) * (Dual(1.0) - Dual(2.0) * x[0]);
-    n[1] = x[0] * (Dual(2.0) * x[0] - Dual(1.0));
-    n[2] = Dual(4.0) * x[0] * (Dual(1.0) - x[0]);
+    n[0] = (Number(1.0) - x[0]) * (Number(1.0) - Number(2.0) * x[0]);
+    n[1] = x[0] * (Number(2.0) * x[0] - Number(1.0));
+    n[2] = Number(4.0) * x[0] * (Number(1.0) - x[0]);
     break;
   case ReferenceShape::QUADRATIC_QUADRANGLE:
   case ReferenceShape::QUADRATIC_HEXAHEDRON:
@@ -203,13 +212,13 @@ Duals evaluate(ReferenceShape shape, const Dual* x) {
     break;
   case ReferenceShape::PYRAMID:
     for (std::size_t i = 0; i < 4; ++i)
-      n[i] = corner(s.nodes[i], x, 2) * (Dual(1.0) - x[2]);
+      n[i] = corner(s.nodes[i], x, 2) * (Number(1.0) - x[2]);
     n[4] = x[2];
     break;
   case ReferenceShape::WEDGE: {
-    const std::array<Dual, 3> l{Dual(1.0) - x[0] - x[1], x[0], x[1]};
+    const std::array<Number, 3> l{Number(1.0) - x[0] - x[1], x[0], x[1]};
     for (std::size_t i = 0; i < 6; ++i)
-      n[i] = l[i % 3] * (i < 3 ? Dual(1.0) - x[2] : x[2]);
+      n[i] = l[i % 3] * (i < 3 ? Number(1.0) - x[2] : x[2]);
     break;
   }
   case ReferenceShape::QUADRATIC_PYRAMID:
@@ -310,13 +319,19 @@ KbVec3<double> shapeNode(ReferenceShape shape, std::size_t node) { return shapeO
 
 ShapeValues evaluateShape(ReferenceShape shape, const KbVec3<double>& position) {
   const std::array<Dual, 3> x{Dual{position[0], {1, 0, 0}}, Dual{position[1], {0, 1, 0}}, Dual{position[2], {0, 0, 1}}};
-  const Duals n = evaluate(shape, x.data());
+  const Values<Dual> n = evaluate(shape, x.data());
   ShapeValues result;
   for (std::size_t i = 0; i < MAX_SHAPE_NODES; ++i) {
     result.value[i] = n[i].v;
     result.derivative[i] = n[i].d;
   }
   return result;
+}
+
+void evaluateWeights(ReferenceShape shape, const KbVec3<double>& position, double* weights) {
+  const std::array<double, 3> x{position[0], position[1], position[2]};
+  const Values<double> n = evaluate(shape, x.data());
+  std::copy_n(n.begin(), numShapeNodes(shape), weights);
 }
 
 bool invertShape(ReferenceShape shape, const KbVec3<double>* nodes, const KbVec3<double>& point,

@@ -47,6 +47,9 @@ KbVec3<double> shapeNode(ReferenceShape shape, std::size_t node);
 /// Method); the pyramid of 13 nodes is that of Bedrosian (1992).
 ShapeValues evaluateShape(ReferenceShape shape, const KbVec3<double>& position);
 
+/// The shape functions alone, one for each node of the shape.
+void evaluateWeights(ReferenceShape shape, const KbVec3<double>& position, double* weights);
+
 /// Finds the reference coordinates of a point by Newton's method (Gauss-Newton for lines and surfaces) from several
 /// starts. True when the point lies in the cell; lines and surfaces also take points off by 1e-4 of the cell's size.
 bool invertShape(ReferenceShape shape, const KbVec3<double>* nodes, const KbVec3<double>& point,

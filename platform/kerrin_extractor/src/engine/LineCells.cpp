@@ -23,7 +23,8 @@ void LineCells::halve(const CellNodeList& nodes, double begin, double end, std::
   if (depth >= m_tessellator->getMaxDepth()) return;
   const double middle = 0.5 * (begin + end);
   const Stencil point = pointAt(nodes, middle);
-  if (!m_tessellator->isEdgeSplit(position(pointAt(nodes, begin)), position(point), position(pointAt(nodes, end))))
+  if (!m_tessellator->isEdgeSplit(position(pointAt(nodes, begin)), position(point), position(pointAt(nodes, end)),
+                                  depth))
     return;
   halve(nodes, begin, middle, depth + 1);
   m_points.push_back(point);

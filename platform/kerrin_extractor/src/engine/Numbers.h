@@ -37,6 +37,15 @@ public:
       if (m_keys[m_slots[slot] - 1] == key) return m_slots[slot] - 1;
     }
   }
+  /// The number of a key; the number of keys for one that has none.
+  std::size_t find(const Key& key) const {
+    if (m_slots.empty()) return m_keys.size();
+    const std::size_t mask = m_slots.size() - 1;
+    std::size_t slot = hashOf(key) & mask;
+    while (m_slots[slot] != 0 && !(m_keys[m_slots[slot] - 1] == key))
+      slot = (slot + 1) & mask;
+    return m_slots[slot] == 0 ? m_keys.size() : m_slots[slot] - 1;
+  }
   const std::vector<Key>& keys() const { return m_keys; }
 
 private:

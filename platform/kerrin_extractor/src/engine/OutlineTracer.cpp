@@ -29,9 +29,11 @@ struct Edge {
 
 class Tracer {
 public:
-  Tracer(const SurfaceData& surface, const OutlineTracer::SideOf& sideOf, OutlineTracer::Selection selection)
+  Tracer(const SurfaceData& surface, const OutlineTracer::SideOf& sideOf, const OutlineTracer::FaceOf& faceOf,
+         OutlineTracer::Selection selection)
       : m_surface(surface)
       , m_sideOf(sideOf)
+      , m_faceOf(faceOf)
       , m_takesAll(selection == OutlineTracer::Selection::ALL) {}
 
   void listEdges() {
@@ -70,6 +72,10 @@ public:
       HalfEdge* next = begin + 1;
       while (next != end && next->other == begin->other)
         ++next;
+      if (isInFace(begin, next)) {
+        begin = next;
+        continue;
+      }
       if (m_takesAll || next - begin != 2 || isFeature(begin[0], begin[1]))
         chosen.push_back({static_cast<std::uint32_t>(smaller), begin->other, begin->polygon});
       begin = next;
@@ -97,6 +103,12 @@ private:
     const float* p = m_surface.vertices.data() + 3 * static_cast<std::size_t>(m_surface.indices[corner]);
     return {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])};
   }
+  /// Whether an edge of several polygons lies between parts of one face.
+  bool isInFace(const HalfEdge* begin, const HalfEdge* end) const {
+    return m_faceOf && end - begin > 1 && std::all_of(begin + 1, end, [&](const HalfEdge& e) {
+             return m_faceOf(e.polygon) == m_faceOf(begin->polygon);
+           });
+  }
   bool isFeature(const HalfEdge& x, const HalfEdge& y) const {
     if (m_sideOf) {
       const std::uint8_t a = m_sideOf(x.polygon);
@@ -113,6 +125,7 @@ private:
 
   const SurfaceData& m_surface;
   const OutlineTracer::SideOf& m_sideOf;
+  const OutlineTracer::FaceOf& m_faceOf;
   bool m_takesAll;
   std::vector<std::uint32_t> m_begins; ///< first half edge of each vertex
   std::vector<std::size_t> m_polygonBegins;
@@ -123,8 +136,8 @@ private:
 } // namespace
 
 void OutlineTracer::trace(Run& run, const SurfaceData& surface, const SideOf& sideOf, std::size_t numInputCells,
-                          std::size_t endId, const OutlineData& output, Selection selection) {
-  Tracer tracer(surface, sideOf, selection);
+                          std::size_t endId, const OutlineData& output, Selection selection, const FaceOf& faceOf) {
+  Tracer tracer(surface, sideOf, faceOf, selection);
   run.phase("list edges", 1, [&](std::size_t) { tracer.listEdges(); });
   run.phase("find normals", (surface.numCells() + STEP - 1) / STEP, [&](std::size_t step) {
     for (std::size_t p = step * STEP; p < std::min((step + 1) * STEP, surface.numCells()); ++p)
@@ -152,6 +165,7 @@ void OutlineTracer::trace(Run& run, const SurfaceData& surface, const SideOf& si
   lines.inputCells.resize(count, numInputCells);
   lines.vertices.resize(3 * numbers.count());
   output.nodes.resize(numbers.count(), endId);
+  if (output.vertices) output.vertices->resize(numbers.count(), surface.numVertices());
   std::size_t segment = 0;
   for (const std::vector<Edge>& edges : chosen)
     for (const Edge& e : edges) {
@@ -162,6 +176,7 @@ void OutlineTracer::trace(Run& run, const SurfaceData& surface, const SideOf& si
     numbers.visitWord(w, [&](std::size_t vertex, std::size_t number) {
       std::copy_n(surface.vertices.data() + 3 * vertex, 3, lines.vertices.data() + 3 * number);
       output.nodes.set(number, surface.edgeBegins[vertex]);
+      if (output.vertices) output.vertices->set(number, vertex);
     });
 }
 

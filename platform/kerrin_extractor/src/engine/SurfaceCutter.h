@@ -47,6 +47,10 @@ public:
   const KeXDataSetI<T>* mapSet(KiExtractorCallback* callback, const Set<T>& set);
 
   const KeXSurfaceMeshUnstructured& output() const { return m_output; }
+  /// The output, for an owner that goes on with it after a cut.
+  SurfaceMesh& surface() { return m_output; }
+  const SurfaceMesh& surface() const { return m_output; }
+  std::size_t outputStamp() const { return m_output.outputStamp(); }
 
 private:
   /// Isovalue, or the parameters of a function.

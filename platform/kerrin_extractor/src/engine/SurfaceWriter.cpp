@@ -37,6 +37,18 @@ public:
     clean();
   }
   bool isReversed() const { return false; }
+  /// The nodes of the cell that was read last, with the middles of its sides where they are in order. False when a
+  /// middle has no position.
+  bool describe(FaceNodes& face) {
+    face.corners.assign(corners.ids.begin(), corners.ids.begin() + static_cast<std::ptrdiff_t>(corners.count));
+    face.middles.clear();
+    if (m_nodes.isQuadratic() && corners.count == m_nodes.numCorners)
+      face.middles.assign(m_nodes.ids.begin() + static_cast<std::ptrdiff_t>(m_nodes.numCorners),
+                          m_nodes.ids.begin() + static_cast<std::ptrdiff_t>(m_nodes.numNodes));
+    const bool arePlaced = std::all_of(face.middles.begin(), face.middles.end(),
+                                       [this](std::size_t node) { return isFinite(m_mesh.points[node]); });
+    return arePlaced || fail(Faults::COORDINATE_NOT_FINITE, face.cell);
+  }
   Corners corners;
 
 private:
@@ -73,6 +85,23 @@ void SurfaceWriter::write(Run& run, const FlatMesh& mesh, SurfaceData& output, F
             [&] { return CellReader(mesh, cells, faults); });
       },
       mesh.cells);
+}
+
+void SurfaceWriter::tessellate(Run& run, const FlatMesh& mesh, const KiTessellator& tessellator,
+                               const FaceTessellator::Output& output, Faults& faults) {
+  const auto makeReader = [&]() -> FaceTessellator::Reader {
+    return std::visit(
+        [&](const auto& cells) -> FaceTessellator::Reader {
+          return [reader = CellReader(mesh, cells, faults)](std::size_t cell, FaceNodes& face) mutable {
+            if (!reader.read(CellRef{cell})) return false;
+            face.cell = cell;
+            return reader.describe(face);
+          };
+        },
+        mesh.cells);
+  };
+  FaceTessellator::write(run, {tessellator, mesh.points, mesh.endNode, mesh.numCells, mesh.numCells, makeReader},
+                         output, faults);
 }
 
 } // namespace kx

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "FaceTessellator.h"
 #include "Faults.h"
 #include "FlatMesh.h"
 #include "PolygonWriter.h"
@@ -15,6 +16,9 @@ public:
   static constexpr std::size_t NUM_PHASES = PolygonWriter::NUM_PHASES;
   /// Cells with fewer than three distinct corners are left out; so are, with a message, those that cannot be read.
   static void write(Run& run, const FlatMesh& mesh, SurfaceData& output, Faults& faults);
+  /// The same with quadratic cells subdivided.
+  static void tessellate(Run& run, const FlatMesh& mesh, const KiTessellator& tessellator,
+                         const FaceTessellator::Output& output, Faults& faults);
 };
 
 } // namespace kx

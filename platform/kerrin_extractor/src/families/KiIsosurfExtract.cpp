@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The isosurface family: one shell per form of the contract over the same cutter.
-#include "src/engine/SurfaceCutter.h"
+#include "src/engine/TessellatedCutter.h"
 
 #include <KerrinExtractor/KiIsosurfExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiIsosurfExtractIjk.h>
@@ -12,15 +12,17 @@ using Vec3 = KbVec3<double>;
 
 class IsosurfUnstructured final : public KiIsosurfExtractUnstructured {
 public:
-  IsosurfUnstructured(const KiVolumeMeshUnstructured& mesh, bool parallel)
-      : m_cutter(mesh, parallel, "KiIsosurfExtractUnstructured") {}
+  IsosurfUnstructured(const KiVolumeMeshUnstructured& mesh, bool parallel, const KiTessellator* tessellator)
+      : m_cutter(mesh, parallel, "KiIsosurfExtractUnstructured", tessellator) {}
 
   const KeXSurfaceMeshUnstructured& extract(double isovalue, const KiDataSetI<double>& isoSet,
                                             const KiCellFilterI* filter) override {
     return m_cutter.cutBySet(getExtractorCallback(), isovalue, isoSet, filter);
   }
-  const KeXLineMeshUnstructured* extractLines(double, const KiDataSetI<double>&, const KiCellFilterI*) override {
-    return nullptr; // non-linear cells are taken as linear, so no cell is subdivided
+  const KeXLineMeshUnstructured* extractLines(double isovalue, const KiDataSetI<double>& isoSet,
+                                              const KiCellFilterI* filter) override {
+    extract(isovalue, isoSet, filter);
+    return m_cutter.traceLines(getExtractorCallback());
   }
   const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
     return m_cutter.mapSet(getExtractorCallback(), set);
@@ -31,7 +33,7 @@ public:
   const KeXSurfaceMeshUnstructured& getExtract() const override { return m_cutter.output(); }
 
 private:
-  kx::SurfaceCutter m_cutter;
+  kx::TessellatedCutter m_cutter;
 };
 
 class IsosurfIjk final : public KiIsosurfExtractIjk {
@@ -90,8 +92,8 @@ private:
 } // namespace
 
 KiIsosurfExtractUnstructured* KiIsosurfExtractUnstructured::getNewInstance(const KiVolumeMeshUnstructured& mesh,
-                                                                           bool parallel, KiTessellator*) {
-  return new IsosurfUnstructured(mesh, parallel);
+                                                                           bool parallel, KiTessellator* tessellator) {
+  return new IsosurfUnstructured(mesh, parallel, tessellator);
 }
 KiIsosurfExtractHexahedronIjk* KiIsosurfExtractHexahedronIjk::getNewInstance(const KiVolumeMeshHexahedronIjk& mesh,
                                                                              bool parallel, KiTessellator*) {

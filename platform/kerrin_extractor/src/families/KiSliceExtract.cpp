@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Sections by planes, spheres and cylinders: each family is its function of space; the three forms of the contract are
 // written once.
-#include "src/engine/SurfaceCutter.h"
+#include "src/engine/TessellatedCutter.h"
 
 #include <KerrinExtractor/KiCylinderSliceExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiCylinderSliceExtractIjk.h>
@@ -21,8 +21,8 @@ using Vec3 = KbVec3<double>;
 template <class Base, class Function, class... P>
 class SliceI : public Base {
 public:
-  SliceI(const KiVolumeMeshUnstructured& mesh, bool parallel, const char* name)
-      : m_cutter(mesh, parallel, name) {}
+  SliceI(const KiVolumeMeshUnstructured& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
+      : m_cutter(mesh, parallel, name, tessellator) {}
 
   const KeXSurfaceMeshUnstructured& extract(P... parameters, const KiCellFilterI* filter) override {
     return m_cutter.cutByFunction(this->getExtractorCallback(), Function(parameters...), filter);
@@ -35,8 +35,8 @@ public:
   }
   const KeXSurfaceMeshUnstructured& getExtract() const override { return m_cutter.output(); }
 
-private:
-  kx::SurfaceCutter m_cutter;
+protected:
+  kx::TessellatedCutter m_cutter;
 };
 
 /// The same over cells addressed by (i, j, k).
@@ -44,7 +44,7 @@ template <class Base, class Function, class... P>
 class SliceIjk : public Base {
 public:
   template <class Mesh>
-  SliceIjk(const Mesh& mesh, bool parallel, const char* name)
+  SliceIjk(const Mesh& mesh, bool parallel, const char* name, const KiTessellator*)
       : m_cutter(mesh, parallel, name) {}
 
   const KeXSurfaceMeshUnstructured& extract(P... parameters, const KiCellFilterIjk* filter) override {
@@ -82,8 +82,10 @@ class PlaneSliceUnstructured final
     : public SliceI<KiPlaneSliceExtractUnstructured, kx::PlaneFunction, const Vec3&, double> {
 public:
   using SliceI::SliceI;
-  const KeXLineMeshUnstructured* extractLines(const Vec3&, double, const KiCellFilterI*) override {
-    return nullptr; // non-linear cells are taken as linear, so no cell is subdivided
+  const KeXLineMeshUnstructured* extractLines(const Vec3& normal, double distance,
+                                              const KiCellFilterI* filter) override {
+    extract(normal, distance, filter);
+    return m_cutter.traceLines(getExtractorCallback());
   }
 };
 
@@ -104,8 +106,8 @@ using CylinderSliceHexahedronIjk =
 
 // Every class and mesh kind of the contract, each made by the class of its name above.
 #define KX_MAKE(Class, Mesh)                                                                                           \
-  Ki##Class* Ki##Class::getNewInstance(const Mesh& mesh, bool parallel, KiTessellator*) {                              \
-    return new Class##Made(mesh, parallel, "Ki" #Class);                                                               \
+  Ki##Class* Ki##Class::getNewInstance(const Mesh& mesh, bool parallel, KiTessellator* tessellator) {                  \
+    return new Class##Made(mesh, parallel, "Ki" #Class, tessellator);                                                  \
   }
 #define KX_MAKE_FAMILY(Family)                                                                                         \
   using Family##ExtractUnstructuredMade = Family##Unstructured;                                                        \

@@ -11,12 +11,14 @@
 /// scales with it: the plane holds the point normal / |normal| * distance).
 class KERRIN_EXTRACTOR_API KiPlaneSliceExtractUnstructured : public KiSurfaceExtractorI<const KbVec3<double>&, double> {
 public:
-  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
-  /// cells as linear.
+  /// A new extractor on a mesh, owned by the caller; the mesh and the tessellator must outlive it. A null tessellator
+  /// takes non-linear cells as linear.
   static KiPlaneSliceExtractUnstructured* getNewInstance(const KiVolumeMeshUnstructured& mesh, bool parallel,
                                                          KiTessellator* tessellator);
 
-  /// The outline of the cut cells as lines, where a tessellator has subdivided them; null without one.
+  /// The same cut as lines: where the sides of the cells are cut, without the edges that a subdivision adds. Null
+  /// without a tessellator and for meshes without non-linear cells, whose polygons have no other edges. Until the next
+  /// `extract` sets are mapped onto these lines.
   virtual const KeXLineMeshUnstructured* extractLines(const KbVec3<double>& normal, double distance,
                                                       const KiCellFilterI* filter) = 0;
 };

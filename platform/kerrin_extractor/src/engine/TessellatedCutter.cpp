@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "TessellatedCutter.h"
+
+#include "OutlineTracer.h"
+
+#include <KerrinExtractor/KiRawArrays.h>
+#include <KerrinExtractor/KxTimeStamp.h>
+
+#include <cmath>
+#include <limits>
+
+namespace kx {
+namespace {
+
+constexpr std::size_t STEP = 1024; // vertices of one step
+
+/// Where between 0 and 1 a function with different signs at the two is zero: regula falsi in the Illinois form (M.
+/// Dowell and P. Jarratt, BIT 11, 1971) from a first guess.
+template <class Function>
+double findRoot(double guess, const Function& function) {
+  double low = 0.0;
+  double high = 1.0;
+  double atLow = function(low);
+  double atHigh = function(high);
+  if (!(atLow * atHigh < 0.0)) return guess;
+  double t = guess > 0.0 && guess < 1.0 ? guess : 0.5;
+  int lastSide = 0;
+  for (int i = 0; i < 40; ++i) {
+    const double value = function(t);
+    if (value == 0.0) return t;
+    const bool isLow = (value < 0.0) == (atLow < 0.0);
+    (isLow ? low : high) = t;
+    (isLow ? atLow : atHigh) = value;
+    const int side = isLow ? -1 : 1;
+    if (side == lastSide) (isLow ? atHigh : atLow) *= 0.5;
+    lastSide = side;
+    const double next = (low * atHigh - high * atLow) / (atHigh - atLow);
+    if (std::abs(next - t) < 1e-10 || !(next > low && next < high)) return std::clamp(next, 0.0, 1.0);
+    t = next;
+  }
+  return t;
+}
+
+} // namespace
+
+/// The set that is cut, at all nodes of the subdivision.
+class TessellatedCutter::Values final : public KiDataSetI<double>, public KiRawArrays {
+public:
+  std::size_t getTimeStamp() const override { return m_timeStamp; }
+  std::string getName() const override { return "values at the nodes of a subdivision"; }
+  DataBinding getBinding() const override { return DataBinding::PER_NODE; }
+  double getMin() const override { return -std::numeric_limits<double>::infinity(); }
+  double getMax() const override { return std::numeric_limits<double>::infinity(); }
+  std::size_t getSize() const override { return m_values.size(); }
+  double get(std::size_t i) const override { return m_values[i]; }
+  KiRawArray getRawArray(Role role) const override {
+    return role == VALUES ? KiRawArray{m_values.data(), m_values.size(), KiRawArray::FLOAT64} : KiRawArray{};
+  }
+
+  /// Those of the mesh's nodes, which the subdivision is made from.
+  std::vector<double> input;
+  void update(const NodeBlends& blends) {
+    m_values.assign(input.begin(), input.end());
+    for (std::size_t id = blends.firstId(); id < blends.endId(); ++id)
+      m_values.push_back(blends.valueAt([this](std::size_t node) { return input[node]; }, id));
+    m_timeStamp = KxTimeStamp::getTimeStamp();
+  }
+
+private:
+  std::vector<double> m_values;
+  std::size_t m_timeStamp = KxTimeStamp::getTimeStamp();
+};
+
+/// The filter of the input on the parts of its cells.
+class TessellatedCutter::Filter final : public KiCellFilterI {
+public:
+  explicit Filter(const Tessellation& tessellation)
+      : m_tessellation(tessellation) {}
+  std::size_t getTimeStamp() const override { return m_timeStamp; }
+  bool acceptCell(std::size_t cell) const override { return m_source->acceptCell(m_tessellation.sourceOf(cell)); }
+
+  /// This object, if there is a filter.
+  const KiCellFilterI* show(const KiCellFilterI* source) {
+    const std::size_t stamp = source ? source->getTimeStamp() : 0;
+    if (source != m_source || stamp != m_sourceStamp) m_timeStamp = KxTimeStamp::getTimeStamp();
+    m_source = source;
+    m_sourceStamp = stamp;
+    return source ? this : nullptr;
+  }
+
+private:
+  const Tessellation& m_tessellation;
+  const KiCellFilterI* m_source = nullptr;
+  std::size_t m_sourceStamp = 0;
+  std::size_t m_timeStamp = KxTimeStamp::getTimeStamp();
+};
+
+TessellatedCutter::TessellatedCutter(const KiVolumeMeshUnstructured& mesh, bool parallel, std::string name,
+                                     const KiTessellator* tessellator)
+    : m_input(mesh)
+    , m_isParallel(parallel)
+    , m_name(name)
+    , m_tessellator(tessellator)
+    , m_plain(mesh, parallel, name)
+    , m_values(std::make_unique<Values>())
+    , m_filter(std::make_unique<Filter>(m_tessellation))
+    , m_cutter(m_tessellation.mesh(), parallel, name) {}
+
+TessellatedCutter::~TessellatedCutter() = default;
+
+bool TessellatedCutter::hasQuadraticCells() {
+  if (!m_tessellator) return false;
+  const std::size_t stamp = m_input.getTopology().getTimeStamp();
+  if (m_checkedStamp != stamp) {
+    const MeshView mesh(m_input);
+    m_hasQuadraticCells = mesh.fault.empty() && kx::hasQuadraticCells(mesh);
+    m_checkedStamp = stamp;
+  }
+  return m_hasQuadraticCells;
+}
+
+void TessellatedCutter::clear() {
+  m_inputs.reset();
+  m_tessellation.clear();
+  m_cutter.cutByFunction(nullptr, PlaneFunction({0, 0, 1}, 0.0), static_cast<const KiCellFilterI*>(nullptr));
+  m_points.clear();
+  m_finishedStamp = m_cutter.outputStamp();
+}
+
+void TessellatedCutter::update(KiExtractorCallback* callback, const MeshView& mesh, const Inputs& inputs,
+                               const double* values) {
+  if (m_inputs == inputs) return;
+  const Changes changes{!m_inputs || m_inputs->geometryStamp != inputs.geometryStamp,
+                        !m_inputs || m_inputs->topologyStamp != inputs.topologyStamp,
+                        !m_inputs || m_inputs->set != inputs.set || m_inputs->setStamp != inputs.setStamp};
+  m_inputs.reset();
+  Faults faults(m_name + "::extract");
+  try {
+    Run run(callback, m_isParallel, m_name, changes, Tessellation::NUM_PHASES);
+    m_tessellation.build(run, mesh, *m_tessellator, values, faults);
+  } catch (...) {
+    clear();
+    throw;
+  }
+  m_inputs = inputs;
+  faults.post();
+}
+
+void TessellatedCutter::averageToNodes(const MeshView& mesh, const SetView<double>& cellValues) {
+  std::vector<double>& averages = m_values->input;
+  averages.assign(mesh.endNode, 0.0);
+  std::vector<std::uint32_t> counts(mesh.endNode, 0);
+  CellForm form;
+  std::vector<std::vector<std::size_t>> faces;
+  std::vector<std::size_t> polyhedron;
+  for (std::size_t cell = 0; cell < mesh.numCells; ++cell) {
+    if (mesh.hasClosedCells() && !mesh.isOpen(cell)) continue;
+    const bool isForm = form.loadVolume(mesh, cell);
+    if (!isForm && !mesh.loadPolyhedron(cell, faces, polyhedron)) continue;
+    const std::size_t* nodes = isForm ? form.nodes.data() : polyhedron.data();
+    const double value = std::visit([cell](const auto& values) { return values(cell); }, cellValues);
+    for (std::size_t i = 0; i < (isForm ? form.numNodes : polyhedron.size()); ++i) {
+      if (nodes[i] < mesh.beginNode || nodes[i] >= mesh.endNode) continue;
+      averages[nodes[i]] += value;
+      ++counts[nodes[i]];
+    }
+  }
+  for (std::size_t node = 0; node < mesh.endNode; ++node)
+    averages[node] = counts[node] > 0 ? averages[node] / counts[node] : std::numeric_limits<double>::quiet_NaN();
+}
+
+const KeXSurfaceMeshUnstructured& TessellatedCutter::cutBySet(KiExtractorCallback* callback, double isovalue,
+                                                              const KiDataSetI<double>& set,
+                                                              const KiCellFilterI* filter) {
+  m_mapsLines = false;
+  m_usesTessellation = hasQuadraticCells();
+  if (!m_usesTessellation) return m_plain.cutBySet(callback, isovalue, set, filter);
+  MeshView mesh(m_input);
+  const bool isPerCell = set.getBinding() == DataBinding::PER_CELL;
+  const Inputs inputs{mesh.topologyStamp,
+                      mesh.geometryStamp,
+                      m_tessellator->getTimeStamp(),
+                      static_cast<const KiDataSet*>(&set),
+                      set.getTimeStamp(),
+                      isPerCell ? filter : nullptr,
+                      isPerCell && filter ? filter->getTimeStamp() : 0};
+  if (m_inputs != inputs) {
+    std::string fault;
+    bool suits = false;
+    visitSet(mesh, set, fault, [&](const auto& values) {
+      suits = true;
+      if (isPerCell) {
+        mesh.setFilter(filter);
+        averageToNodes(mesh, values);
+        mesh.setFilter(static_cast<const KiCellFilterI*>(nullptr));
+        return;
+      }
+      m_values->input.assign(mesh.endNode, std::numeric_limits<double>::quiet_NaN());
+      for (std::size_t node = mesh.beginNode; node < mesh.endNode; ++node)
+        m_values->input[node] = values(node);
+    });
+    if (!suits) { // the plain cutter says why, and yields nothing
+      m_inputs.reset();
+      m_usesTessellation = false;
+      return m_plain.cutBySet(callback, isovalue, set, filter);
+    }
+    update(callback, mesh, inputs, m_values->input.data());
+    m_values->update(m_tessellation.blends());
+  }
+  return finish(
+      mesh,
+      [&]() -> const KeXSurfaceMeshUnstructured& {
+        return m_cutter.cutBySet(callback, isovalue, static_cast<const KiDataSetI<double>&>(*m_values),
+                                 m_filter->show(filter));
+      },
+      [&](const Blend& blend) {
+        return blend.valueAt([this](std::size_t node) { return m_values->input[node]; }) - isovalue;
+      });
+}
+
+const KeXSurfaceMeshUnstructured& TessellatedCutter::cutByFunction(KiExtractorCallback* callback,
+                                                                   const ImplicitFunction& function,
+                                                                   const KiCellFilterI* filter) {
+  m_mapsLines = false;
+  m_usesTessellation = hasQuadraticCells();
+  if (!m_usesTessellation) return m_plain.cutByFunction(callback, function, filter);
+  const MeshView mesh(m_input);
+  Inputs inputs;
+  inputs.topologyStamp = mesh.topologyStamp;
+  inputs.geometryStamp = mesh.geometryStamp;
+  inputs.tessellatorStamp = m_tessellator->getTimeStamp();
+  update(callback, mesh, inputs, nullptr);
+  return finish(
+      mesh,
+      [&]() -> const KeXSurfaceMeshUnstructured& {
+        return m_cutter.cutByFunction(callback, function, m_filter->show(filter));
+      },
+      [&](const Blend& blend) {
+        return function(blend.valueAt([&mesh](std::size_t node) { return mesh.points[node]; }));
+      });
+}
+
+template <class Cut, class FieldAt>
+const KeXSurfaceMeshUnstructured& TessellatedCutter::finish(const MeshView& mesh, const Cut& cut,
+                                                            const FieldAt& fieldAt) {
+  m_sets.dropUnused(m_cutter.outputStamp());
+  const KeXSurfaceMeshUnstructured& output = cut();
+  if (m_finishedStamp == m_cutter.outputStamp()) return output;
+  SurfaceData& data = m_cutter.surface().data();
+  m_points.assign(data.numVertices(), {});
+  std::size_t polygon = 0;
+  bool isWhole = false;
+  for (std::size_t i = 0; i < data.indices.size(); ++i) {
+    if (i == 0 || data.indices[i - 1] < 0) {
+      const std::size_t part = data.inputCells[polygon];
+      isWhole = m_tessellation.isPolyhedron(part);
+      data.inputCells.set(polygon++, m_tessellation.sourceOf(part));
+    }
+    if (isWhole || data.indices[i] < 0) continue;
+    CellPoint& point = m_points[static_cast<std::size_t>(data.indices[i])];
+    if (point.cell == Tessellation::NO_CELL) point.cell = data.inputCells[polygon - 1];
+  }
+  Run run(nullptr, m_isParallel, m_name, {}, 1);
+  run.phase("move vertices", (m_points.size() + STEP - 1) / STEP, [&](std::size_t step) {
+    CellForm form;
+    Blend blend;
+    for (std::size_t v = step * STEP; v < std::min((step + 1) * STEP, m_points.size()); ++v) {
+      CellPoint& point = m_points[v];
+      if (point.cell == Tessellation::NO_CELL || !m_tessellation.loadForm(mesh, point.cell, form)) continue;
+      const KbVec3<double> a = m_tessellation.positionIn(form, data.edgeBegins[v]);
+      const KbVec3<double> b = m_tessellation.positionIn(form, data.edgeEnds[v]);
+      const auto at = [&](double t) { return a + (b - a) * t; };
+      double t = static_cast<double>(data.weights[v]);
+      if (data.edgeBegins[v] != data.edgeEnds[v])
+        t = findRoot(t, [&](double s) {
+          form.blendAt(at(s), blend);
+          return fieldAt(blend);
+        });
+      point.position = at(t);
+      form.blendAt(point.position, blend);
+      const KbVec3<double> p = blend.valueAt([&mesh](std::size_t node) { return mesh.points[node]; });
+      for (std::size_t axis = 0; axis < 3; ++axis)
+        data.vertices[3 * v + axis] = static_cast<float>(p[axis]);
+    }
+  });
+  m_finishedStamp = m_cutter.outputStamp();
+  return output;
+}
+
+const KeXLineMeshUnstructured* TessellatedCutter::traceLines(KiExtractorCallback* callback) {
+  if (!m_usesTessellation) return nullptr;
+  m_mapsLines = true;
+  if (m_linesStamp == m_finishedStamp) {
+    const Run nothingToDo(callback, m_isParallel, m_name, {}, 0);
+    return &m_lines;
+  }
+  m_lineSets.dropUnused(m_lines.outputStamp());
+  const SurfaceData& data = m_cutter.surface().data();
+  m_linesStamp = 0;
+  try {
+    Run run(callback, m_isParallel, m_name, {true, true, false}, OutlineTracer::NUM_PHASES);
+    IndexArray nodes;
+    OutlineTracer::trace(run, data, {}, m_input.getTopology().getNumCells(), m_tessellation.blends().endId(),
+                         {m_lines.data(), nodes, &m_lineVertices}, OutlineTracer::Selection::ALL,
+                         [&data](std::size_t polygon) { return data.inputCells[polygon]; });
+  } catch (...) {
+    m_lines.data().clear();
+    m_lineVertices.resize(0, 0);
+    m_lines.commit({});
+    throw;
+  }
+  m_lines.commit({});
+  m_linesStamp = m_finishedStamp;
+  return &m_lines;
+}
+
+template <class T, class Input>
+T TessellatedCutter::valueAt(const MeshView& mesh, const Input& values, std::size_t vertex) const {
+  const CellPoint& point = m_points[vertex];
+  if (point.cell != Tessellation::NO_CELL) {
+    CellForm form;
+    Blend blend;
+    if (m_tessellation.loadForm(mesh, point.cell, form)) {
+      form.blendAt(point.position, blend);
+      return blend.valueAt(values);
+    }
+  }
+  const SurfaceData& data = m_cutter.surface().data();
+  const NodeBlends& blends = m_tessellation.blends();
+  const T a = blends.valueAt(values, data.edgeBegins[vertex]);
+  const auto weight = static_cast<double>(data.weights[vertex]);
+  return weight == 0.0 ? a : T(a + (blends.valueAt(values, data.edgeEnds[vertex]) - a) * weight);
+}
+
+template <class T>
+const KeXDataSetI<T>* TessellatedCutter::mapSet(KiExtractorCallback* callback, const KiDataSetI<T>& set) {
+  if (!m_usesTessellation) return m_plain.mapSet(callback, set);
+  const std::string origin = m_name + (std::is_same_v<T, double> ? "::extractScalarSet" : "::extractVec3Set");
+  MappedSets& sets = m_mapsLines ? m_lineSets : m_sets;
+  const std::size_t stamp = m_mapsLines ? m_lines.outputStamp() : m_cutter.outputStamp();
+  if (const KeXDataSetI<T>* known = sets.find<T>(set, stamp)) {
+    const Run nothingToDo(callback, m_isParallel, origin, {}, 0);
+    return known;
+  }
+  const Faults faults(origin);
+  const MeshView mesh(m_input);
+  if (m_inputs && (m_inputs->topologyStamp != mesh.topologyStamp || m_inputs->geometryStamp != mesh.geometryStamp)) {
+    faults.post("the mesh has changed since the last extraction");
+    return nullptr;
+  }
+  const SurfaceData& data = m_cutter.surface().data();
+  const LineData& lines = m_lines.data();
+  std::string fault;
+  const KeXDataSetI<T>* mapped = nullptr;
+  visitSet(mesh, set, fault, [&](const auto& values) {
+    Run run(callback, m_isParallel, origin, {false, false, true}, 1);
+    if (set.getBinding() == DataBinding::PER_CELL)
+      mapped = sets.fill<T>(run, set, stamp, m_mapsLines ? lines.numCells() : data.numCells(), [&](std::size_t c) {
+        return values(m_mapsLines ? lines.inputCells[c] : data.inputCells[c]);
+      });
+    else
+      mapped =
+          sets.fill<T>(run, set, stamp, m_mapsLines ? lines.numVertices() : data.numVertices(),
+                       [&](std::size_t v) { return valueAt<T>(mesh, values, m_mapsLines ? m_lineVertices[v] : v); });
+  });
+  if (!fault.empty()) faults.post(fault);
+  return mapped;
+}
+
+template const KeXDataSetI<double>* TessellatedCutter::mapSet(KiExtractorCallback*, const KiDataSetI<double>&);
+template const KeXDataSetI<KbVec3<double>>* TessellatedCutter::mapSet(KiExtractorCallback*,
+                                                                      const KiDataSetI<KbVec3<double>>&);
+
+} // namespace kx
