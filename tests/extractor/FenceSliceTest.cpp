@@ -11,6 +11,7 @@
 #include <memory>
 #include <random>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -19,7 +20,7 @@ using Polyline = std::vector<Vec3>;
 
 constexpr double FAR = 100.0;
 
-enum class Cells { TETRAHEDRA, HEXAHEDRA, WEDGES, PYRAMIDS, MIXED, POLYHEDRA };
+enum class Cells { TETRAHEDRA, HEXAHEDRA, WEDGES, PYRAMIDS, MIXED, POLYHEDRA, BLOCKS };
 
 /// Cells that fill the unit cube; inner nodes are moved at random, so that no face inside is flat, and those on the
 /// hull stay.
@@ -35,8 +36,8 @@ struct Cube {
         if (p[axis] > 0.001f && p[axis] < 0.999f) p[axis] += move(random) / static_cast<float>(n);
     }
     KbCells all = arrays.cells();
-    if (cells == Cells::POLYHEDRA) {
-      makePolyhedra();
+    if (cells == Cells::POLYHEDRA || cells == Cells::BLOCKS) {
+      makePolyhedra(cells == Cells::BLOCKS ? 2 : 1);
       all = KbCells(KiVolumeCell::POLYHEDRON, arrays.connectivity, offsets).setFaces(faces, faceOffsets);
     }
     mesh = std::make_unique<KbVolumeMeshUnstructured>(arrays.coordinates, all);
@@ -69,18 +70,36 @@ private:
       return KbMeshMaker::hexahedra(counts, 0.0, linear);
     }
   }
-  void makePolyhedra() {
-    constexpr std::size_t FACES[6][4] = {{0, 3, 2, 1}, {4, 5, 6, 7}, {0, 1, 5, 4},
-                                         {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}};
-    for (std::size_t c = 0; c < arrays.connectivity.size(); c += 8) {
+  /// Polyhedra of so many hexahedra in a row along x: their long faces have two corners a hexahedron more than four.
+  void makePolyhedra(std::size_t length) {
+    const std::vector<std::int32_t> hexahedra = std::exchange(arrays.connectivity, {});
+    const auto cornerOf = [&](std::size_t cell, std::size_t corner) { return hexahedra[8 * cell + corner]; };
+    for (std::size_t first = 0; first < hexahedra.size() / 8; first += length) {
+      const std::size_t last = first + length - 1;
       faces.push_back(6);
-      for (const auto& face : FACES) {
-        faces.push_back(4);
-        for (const std::size_t corner : face)
-          faces.push_back(arrays.connectivity[c + corner]);
+      const auto addFace = [&](const std::vector<std::int32_t>& ids) {
+        faces.push_back(static_cast<std::int32_t>(ids.size()));
+        faces.insert(faces.end(), ids.begin(), ids.end());
+      };
+      addFace({cornerOf(first, 3), cornerOf(first, 0), cornerOf(first, 4), cornerOf(first, 7)});
+      addFace({cornerOf(last, 1), cornerOf(last, 2), cornerOf(last, 6), cornerOf(last, 5)});
+      // Along an edge at the left of each long face, and back along the one at its right.
+      constexpr std::size_t SIDES[4][4] = {{0, 1, 5, 4}, {7, 6, 2, 3}, {3, 2, 1, 0}, {4, 5, 6, 7}};
+      for (const auto& side : SIDES) {
+        std::vector<std::int32_t> ids{cornerOf(first, side[0])};
+        for (std::size_t cell = first; cell <= last; ++cell)
+          ids.push_back(cornerOf(cell, side[1]));
+        ids.push_back(cornerOf(last, side[2]));
+        for (std::size_t cell = last + 1; cell-- > first;)
+          ids.push_back(cornerOf(cell, side[3]));
+        addFace(ids);
       }
+      std::set<std::int32_t> nodes;
+      for (std::size_t c = 8 * first; c < 8 * (last + 1); ++c)
+        nodes.insert(hexahedra[c]);
+      arrays.connectivity.insert(arrays.connectivity.end(), nodes.begin(), nodes.end());
       faceOffsets.push_back(static_cast<std::int32_t>(faces.size()));
-      offsets.push_back(static_cast<std::int32_t>(c + 8));
+      offsets.push_back(static_cast<std::int32_t>(arrays.connectivity.size()));
     }
   }
 };
@@ -256,6 +275,26 @@ TEST_P(FenceSlice, JointsOnTheLatticeLeaveNoGap) {
   }
 }
 
+TEST_P(FenceSlice, JointsAlongDiagonalsOfTheLatticeLeaveNoGap) {
+  // Thirds and slanting directions: what lies on a joint does so but for a rounding.
+  const double t = 1.0 / 3.0;
+  const std::vector<Vec3> directions{{1, 1, 1}, {1, 1, 0}, {0, -1, 1}, {1, 2, 0}};
+  const std::vector<Polyline> polylines{{{t, 0, t}, {t, 2 * t, t}, {2 * t, 0, 2 * t}},
+                                        {{0, t, t}, {2 * t, t, t}, {t, 2 * t, t}, {0, t, t}},
+                                        {{0.1, 0.2, 0.3}, {t, t, 0}, {2 * t, 0.1, 1.0}}};
+  for (const double jitter : {0.0, 0.15}) {
+    const Cube cube(GetParam(), 6, jitter);
+    for (std::size_t d = 0; d < directions.size(); ++d)
+      for (std::size_t p = 0; p < polylines.size(); ++p) {
+        SCOPED_TRACE(std::to_string(jitter) + ", direction " + std::to_string(d) + ", polyline " + std::to_string(p));
+        const auto fence = fenceOn(cube);
+        const Surface s(fence->extract(directions[d], polylines[p], nullptr));
+        EXPECT_NEAR(s.area(), areaInCube(directions[d], polylines[p]), 1e-5);
+        EXPECT_EQ(numGaps(s, directions[d], polylines[p]), 0u);
+      }
+  }
+}
+
 TEST_P(FenceSlice, MapsLinearFieldsExactly) {
   const Cube cube(GetParam(), 4, 0.25);
   // The field belongs to the places before they were moved: take the coordinates themselves as a set.
@@ -279,7 +318,7 @@ TEST_P(FenceSlice, MapsLinearFieldsExactly) {
 }
 
 TEST_P(FenceSlice, OneLongSegmentIsThePlaneSlice) {
-  const Cube cube(GetParam(), 5, 0.2);
+  const Cube cube(GetParam(), 6, 0.2);
   const auto fence = fenceOn(cube);
   const std::unique_ptr<KiPlaneSliceExtractUnstructured> plane(
       KiPlaneSliceExtractUnstructured::getNewInstance(*cube.mesh, false, nullptr));
@@ -297,12 +336,12 @@ TEST_P(FenceSlice, OneLongSegmentIsThePlaneSlice) {
 }
 
 std::string nameOf(const testing::TestParamInfo<Cells>& info) {
-  constexpr std::array NAMES{"Tetrahedra", "Hexahedra", "Wedges", "Pyramids", "Mixed", "Polyhedra"};
+  constexpr std::array NAMES{"Tetrahedra", "Hexahedra", "Wedges", "Pyramids", "Mixed", "Polyhedra", "Blocks"};
   return NAMES[static_cast<std::size_t>(info.param)];
 }
 INSTANTIATE_TEST_SUITE_P(Cells, FenceSlice,
                          testing::Values(Cells::TETRAHEDRA, Cells::HEXAHEDRA, Cells::WEDGES, Cells::PYRAMIDS,
-                                         Cells::MIXED, Cells::POLYHEDRA),
+                                         Cells::MIXED, Cells::POLYHEDRA, Cells::BLOCKS),
                          nameOf);
 
 TEST(FenceSliceLaws, EachTetrahedronHasItsOwnPart) {

@@ -16,7 +16,7 @@ namespace kx {
 /// the cells near it only. Meshes with axes have no need to keep them.
 class CellBoxes {
 public:
-  static constexpr std::size_t RUN = 16;     ///< cells of a box
+  static constexpr std::size_t RUN = 8;      ///< cells of a box; six bytes a cell
   static constexpr std::size_t CHUNK = 4096; ///< cells of a box around boxes, and of one step
   static constexpr std::size_t NUM_PHASES = 1;
 

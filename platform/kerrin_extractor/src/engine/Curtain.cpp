@@ -5,26 +5,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <utility>
 
 namespace kx {
 namespace {
 
-constexpr double INFINITE = std::numeric_limits<double>::infinity();
 /// The same place: of the polyline's extent, and of its distance from the origin, where its digits end.
 constexpr double EXTENT_TOLERANCE = 1e-12;
 constexpr double ORIGIN_TOLERANCE = 4e-16;
 
 } // namespace
-
-Curtain::Shadow::Shadow()
-    : low{INFINITE, INFINITE}
-    , high{-INFINITE, -INFINITE} {}
-
-void Curtain::Shadow::add(const Point& p) {
-  low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-  high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-}
 
 Curtain::Curtain(const KbVec3<double>& direction, const std::vector<KbVec3<double>>& polyline) {
   const double length = direction.length();

@@ -5,6 +5,8 @@
 
 #include <KerrinExtractor/KbVec3.h>
 
+#include <algorithm>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -24,10 +26,12 @@ public:
     double cross(const Point& p) const { return x * p.y - y * p.x; }
   };
   struct Shadow {
-    Point low;
-    Point high;
-    Shadow();
-    void add(const Point& p);
+    Point low{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
+    Point high{-std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+    void add(const Point& p) {
+      low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+      high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
     bool meets(const Shadow& other) const {
       return low.x <= other.high.x && other.low.x <= high.x && low.y <= other.high.y && other.low.y <= high.y;
     }

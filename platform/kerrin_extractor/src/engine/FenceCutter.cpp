@@ -135,24 +135,28 @@ private:
   void findTraces(std::size_t segment) {
     m_traces.clear();
     for (const std::vector<std::size_t>& face : m_faces) {
-      if (face.size() < 3) continue;
-      const std::size_t numInside = static_cast<std::size_t>(
-          std::count_if(face.begin(), face.end(), [this](std::size_t corner) { return m_values[corner] >= 0.0; }));
-      if (numInside == 0 || numInside == face.size()) continue;
-      if (face.size() > 3) {
-        Curtain::Shadow shadow;
-        for (const std::size_t corner : face)
-          shadow.add(m_places[corner]);
-        if (m_curtain.hasJoint(segment, shadow) && !isSeenEdgeOn(face)) {
-          for (const std::array<std::size_t, 3>& triangle : trianglesOf(face))
-            traceFace(triangle, triangle);
-          continue;
-        }
-        traceFace(face, std::nullopt);
-      } else {
+      const std::size_t n = face.size();
+      if (n < 3) continue;
+      std::size_t numRuns = 0; // of inside corners
+      for (std::size_t i = 0; i < n; ++i)
+        numRuns += m_values[face[i]] >= 0.0 && !(m_values[face[i > 0 ? i - 1 : n - 1]] >= 0.0);
+      if (numRuns == 0) continue;
+      if (n == 3) {
         traceFace(face, std::array{face[0], face[1], face[2]});
+      } else if (numRuns > 1 || hasJointWithin(segment, face)) { // a plane cuts a convex, flat face once
+        for (const std::array<std::size_t, 3>& triangle : trianglesOf(face))
+          traceFace(triangle, triangle);
+      } else {
+        traceFace(face, std::nullopt);
       }
     }
+  }
+
+  bool hasJointWithin(std::size_t segment, const std::vector<std::size_t>& face) const {
+    Curtain::Shadow shadow;
+    for (const std::size_t corner : face)
+      shadow.add(m_places[corner]);
+    return m_curtain.hasJoint(segment, shadow) && !isSeenEdgeOn(face);
   }
 
   /// Whether the direction lies in a face: a plane cuts it along the direction then, and no joint between the ends.
