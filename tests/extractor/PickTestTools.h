@@ -55,6 +55,7 @@ public:
   std::string calls;
   std::array<bool, 3> changes{};
   std::size_t numPhases = 0;
+  std::size_t numEmptyPhases = 0; ///< phases that have no step
   std::size_t stopAt = static_cast<std::size_t>(-1);
   std::size_t questions = 0;
 
@@ -64,7 +65,10 @@ public:
     numPhases = phases;
   }
   void endExtract() override { calls += 'e'; }
-  bool beginPhase(std::size_t, std::string, std::size_t) override { return ask('P'); }
+  bool beginPhase(std::size_t, std::string, std::size_t numSteps) override {
+    numEmptyPhases += numSteps == 0;
+    return ask('P');
+  }
   bool endPhase() override { return ask('p'); }
   bool endStep(std::size_t) override { return ask('s'); }
   double getEndStepCallPeriod() override { return 0.0; }

@@ -6,8 +6,11 @@
 #include <KerrinExtractor/KiSkinExtractUnstructured.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <memory>
+#include <numbers>
+#include <numeric>
 #include <random>
 #include <set>
 
@@ -174,6 +177,82 @@ TEST(Skin, OfPolyhedraMatchesTheirNeighbours) {
   EXPECT_NEAR(s.volume(), 1.0, 1e-6);
 }
 
+/// Upright prisms on each other, over a regular polygon, from nowhere but the virtual operations.
+class Prisms final : public KiVolumeMeshUnstructured {
+public:
+  Prisms(std::size_t numCorners, std::size_t numPrisms)
+      : m_topology(numCorners, numPrisms)
+      , m_geometry(numCorners) {}
+  const KiVolumeTopologyExplicitI& getTopology() const override { return m_topology; }
+  const KiGeometryI& getGeometry() const override { return m_geometry; }
+
+private:
+  class Prism final : public KiVolumeCell {
+  public:
+    Prism(std::size_t numCorners, std::size_t layer)
+        : m_n(numCorners)
+        , m_layer(layer) {}
+    Shape getShape() const override { return POLYHEDRON; }
+    std::size_t getNumNodes() const override { return 2 * m_n; }
+    std::size_t getNodeIndex(std::size_t local) const override { return m_layer * m_n + local; }
+    std::size_t getNumFacets() const override { return m_n + 2; }
+    void getFacet(std::size_t facet, std::vector<std::size_t>& local) const override {
+      const std::size_t next = (facet + 1) % m_n;
+      local = {facet, next, next + m_n, facet + m_n};
+      if (facet < m_n) return;
+      local.resize(m_n); // the lower end, downwards, or the upper one
+      for (std::size_t c = 0; c < m_n; ++c)
+        local[c] = facet == m_n ? m_n - 1 - c : m_n + c;
+    }
+
+  private:
+    std::size_t m_n;
+    std::size_t m_layer;
+  };
+  struct Topology final : KiVolumeTopologyExplicitI {
+    Topology(std::size_t n, std::size_t numPrisms)
+        : endNode(n * (numPrisms + 1)) {
+      for (std::size_t p = 0; p < numPrisms; ++p)
+        prisms.emplace_back(n, p);
+    }
+    std::size_t getTimeStamp() const override { return 1; }
+    std::size_t getNumCells() const override { return prisms.size(); }
+    const KiVolumeCell* getCell(std::size_t cell) const override { return &prisms[cell]; }
+    std::size_t getEndNodeId() const override { return endNode; }
+    std::vector<Prism> prisms;
+    std::size_t endNode;
+  };
+  struct Geometry final : KiGeometryI {
+    explicit Geometry(std::size_t numCorners)
+        : n(numCorners) {}
+    std::size_t getTimeStamp() const override { return 1; }
+    Vec3 getCoord(std::size_t node) const override {
+      const double angle = 2.0 * std::numbers::pi * static_cast<double>(node % n) / static_cast<double>(n);
+      return {std::cos(angle), std::sin(angle), static_cast<double>(node / n)};
+    }
+    std::size_t n;
+  };
+  Topology m_topology;
+  Geometry m_geometry;
+};
+
+TEST(Skin, FacesOfManyCornersMatch) {
+  const Surface s = skinOf(Prisms(7, 3));
+  EXPECT_EQ(s.polygons.size(), 3u * 7u + 2u);
+  EXPECT_EQ(s.numOpenEdges(), 0u);
+  EXPECT_NEAR(s.volume(), 3.0 * 3.5 * std::sin(2.0 * std::numbers::pi / 7.0), 1e-5);
+}
+
+TEST(Skin, NeitherCornersNorFacesAreCutOff) {
+  constexpr std::size_t n = 70000; // more than 16 bits of both
+  const Surface s = skinOf(Prisms(n, 1));
+  ASSERT_EQ(s.polygons.size(), n + 2);
+  EXPECT_EQ(s.polygons[n].size(), n);
+  EXPECT_EQ(s.polygons[n + 1].size(), n);
+  EXPECT_EQ(s.numOpenEdges(), 0u);
+  EXPECT_NEAR(s.volume(), std::numbers::pi, 1e-4);
+}
+
 TEST(Skin, CellRangesSelectTheirUnion) {
   const Unstructured kind({10, 1, 1});
   const auto e = makeSkin<KiSkinExtractUnstructured>(kind.mesh);
@@ -205,6 +284,39 @@ TEST(Skin, StructuredRangesSelectBoxes) {
   EXPECT_EQ(e->extract(nullptr).getTopology().getNumCells(), 2u * (56 * 3 + 56 * 2 + 3 * 2));
   e->addCellRange(Bounds(OPEN, OPEN, OPEN), Bounds(OPEN, OPEN, OPEN));
   EXPECT_EQ(e->extract(nullptr).getTopology().getNumCells(), 2u * (70 * 4 + 70 * 3 + 4 * 3));
+}
+
+/// The skin of a box is made by arithmetic; a filter has every cell asked, and must come to the same.
+template <class Kind>
+void expectBoxesLikeCells(const Counts& n) {
+  const Kind kind(n);
+  std::vector<std::size_t> all(n[0] * n[1] * n[2]);
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  const auto acceptAll = FormIjk::filter(all, n);
+  using Bounds = KbVec3<std::size_t>;
+  const std::vector<std::pair<Bounds, Bounds>> boxes{{Bounds(OPEN), Bounds(OPEN)},
+                                                     {Bounds(1, 0, 2), Bounds(4, OPEN, OPEN)},
+                                                     {Bounds(2, 3, 1), Bounds(3, 4, 2)},
+                                                     {Bounds(0, 1, 0), Bounds(OPEN, 2, OPEN)},
+                                                     {Bounds(5, 0, 0), Bounds(3, OPEN, OPEN)},
+                                                     {Bounds(OPEN, 50, OPEN), Bounds(OPEN)}};
+  for (const auto& [min, max] : boxes) {
+    const auto e = makeSkin<KiSkinExtractIjk>(kind.mesh);
+    e->addCellRange(min, max);
+    const std::string box = bytesOf(e->extract(nullptr));
+    EXPECT_EQ(box, bytesOf(e->extract(&acceptAll))) << min[0] << ' ' << min[1] << ' ' << min[2];
+    const std::unique_ptr<KiSkinExtractIjk> parallel(KiSkinExtractIjk::getNewInstance(kind.mesh, true, nullptr));
+    parallel->addCellRange(min, max);
+    EXPECT_EQ(bytesOf(parallel->extract(nullptr)), box);
+  }
+}
+
+TEST(Skin, OfABoxIsThatOfItsCells) {
+  for (const Counts& n : {Counts{6, 5, 4}, Counts{1, 1, 1}, Counts{9, 1, 3}, Counts{3, 20, 17}}) {
+    expectBoxesLikeCells<Regular>(n);
+    expectBoxesLikeCells<Rectilinear>(n);
+    expectBoxesLikeCells<Curvilinear>(n);
+  }
 }
 
 TEST(Skin, FaultedNeighboursBothStayVisible) {

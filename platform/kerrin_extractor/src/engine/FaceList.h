@@ -8,7 +8,9 @@
 #include <KerrinExtractor/KbVec3.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -16,8 +18,15 @@ namespace kx {
 
 /// A face of a cell, by the numbers of both.
 struct FaceRef {
-  std::uint64_t cell : 48;
-  std::uint64_t face : 16;
+  static constexpr std::size_t END_FACE = std::size_t{1} << 24; ///< no cell may have more faces
+
+  std::uint64_t cell : 40;
+  std::uint64_t face : 24;
+
+  FaceRef() = default;
+  FaceRef(std::size_t cellNumber, std::size_t faceNumber)
+      : cell(cellNumber & 0xffffffffffu)
+      , face(faceNumber & 0xffffffu) {}
 };
 using FaceList = Array<FaceRef>;
 
@@ -49,8 +58,12 @@ public:
         ids[c] = cellNodes[face.corners[c]];
       return true;
     }
-    if (!mesh.loadPolyhedron(ref.cell, polyhedronFaces, polyhedronNodes) || ref.face >= polyhedronFaces.size())
-      return false;
+    if (m_polyhedron != ref.cell) {
+      m_polyhedron = NO_CELL;
+      if (!mesh.loadPolyhedron(ref.cell, polyhedronFaces, polyhedronNodes)) return false;
+      m_polyhedron = ref.cell;
+    }
+    if (ref.face >= polyhedronFaces.size()) return false;
     const std::vector<std::size_t>& face = polyhedronFaces[ref.face];
     count = face.size();
     ids.resize(std::max(ids.size(), count));
@@ -58,6 +71,16 @@ public:
       ids[c] = polyhedronNodes[face[c]];
     return true;
   }
+
+private:
+  static constexpr std::uint64_t NO_CELL = ~std::uint64_t{0};
+  std::uint64_t m_polyhedron = NO_CELL; ///< the one in the vectors
+};
+
+/// Some cells of a structured mesh.
+struct IndexBox {
+  Dims begin;
+  Dims counts;
 };
 
 /// Cells in the union of half-open ranges; an end of all bits set is open. Without a range, all cells.
@@ -76,14 +99,6 @@ public:
   void clear() { m_ranges.clear(); }
   bool isEmpty() const { return m_ranges.empty(); }
 
-  bool contains(std::size_t i, std::size_t j = 0, std::size_t k = 0) const {
-    const Bounds index(i, j, k);
-    return m_ranges.empty() || std::any_of(m_ranges.begin(), m_ranges.end(), [&](const Range& r) {
-             for (std::size_t axis = 0; axis < 3; ++axis)
-               if (index[axis] < r.min[axis] || index[axis] >= r.max[axis]) return false;
-             return true;
-           });
-  }
   /// The flat ranges within [begin, end), merged and in order.
   std::vector<std::pair<std::size_t, std::size_t>> within(std::size_t begin, std::size_t end) const {
     if (m_ranges.empty()) return {{begin, end}};
@@ -100,6 +115,27 @@ public:
     }
     parts.resize(parts.empty() ? 0 : last + 1);
     return parts;
+  }
+  /// Calls `visit(begin, end)` for each range's part of a row of `count` cells; parts may overlap.
+  template <class Visit>
+  void visitRow(std::size_t count, std::size_t j, std::size_t k, Visit&& visit) const {
+    if (m_ranges.empty()) visit(std::size_t{0}, count);
+    for (const Range& r : m_ranges)
+      if (r.min[0] < std::min(r.max[0], count) && j >= r.min[1] && j < r.max[1] && k >= r.min[2] && k < r.max[2])
+        visit(r.min[0], std::min(r.max[0], count));
+  }
+  /// The cells of a structured mesh as one box (an empty one holds nothing); none when there are several ranges.
+  std::optional<IndexBox> asBox(const Dims& cells) const {
+    if (m_ranges.empty()) return IndexBox{{}, cells};
+    if (m_ranges.size() > 1) return std::nullopt;
+    const Range& r = m_ranges.front();
+    const std::array<std::size_t, 3> all{cells.i, cells.j, cells.k};
+    std::array<std::size_t, 3> counts;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const std::size_t end = std::min(r.max[axis], all[axis]);
+      counts[axis] = end > r.min[axis] ? end - r.min[axis] : 0;
+    }
+    return IndexBox{{r.min[0], r.min[1], r.min[2]}, {counts[0], counts[1], counts[2]}};
   }
   /// All bounds, to tell one selection from another.
   std::vector<std::size_t> values() const {

@@ -39,17 +39,25 @@ public:
 
   /// False for a face that is left out.
   bool read(FaceRef ref) {
-    return corners.load(m_mesh, m_cells, ref) && areNodes(ref.cell) && clean() && isFinite(ref.cell);
+    if (!corners.load(m_mesh, m_cells, ref)) return false;
+    if (m_cell != ref.cell) {
+      m_cell = ref.cell;
+      m_areNodes = areNodes(ref.cell);
+    }
+    return m_areNodes && clean() && isFinite(ref.cell);
   }
   /// The same, without a look at the positions, for a face that was not left out.
   void readAgain(FaceRef ref) {
     corners.load(m_mesh, m_cells, ref);
     clean();
   }
-  bool isReversed() const {
+  bool isReversed() {
     if (m_mesh.hasGridNodes) return m_isLeftHanded;
-    const double size = sizeOf(m_mesh, corners);
-    return size < 0.0 || (!(size > 0.0) && m_isLeftHanded);
+    if (m_sizedCell != m_cell) {
+      m_size = sizeOf(m_mesh, corners);
+      m_sizedCell = m_cell;
+    }
+    return m_size < 0.0 || (!(m_size > 0.0) && m_isLeftHanded);
   }
   FaceCorners corners;
 
@@ -92,6 +100,12 @@ private:
   const Cells& m_cells;
   bool m_isLeftHanded;
   Faults& m_faults;
+  // What holds for all faces of a cell, of which polyhedra may have many, is found out once.
+  static constexpr std::size_t NO_CELL = static_cast<std::size_t>(-1);
+  std::size_t m_cell = NO_CELL;
+  bool m_areNodes = false;
+  std::size_t m_sizedCell = NO_CELL;
+  double m_size = 0.0;
 };
 
 /// Reads faces of a structured grid whose nodes are all in place: corners are a matter of arithmetic. The row of cells
@@ -138,7 +152,7 @@ private:
 } // namespace
 
 bool FaceWriter::isLeftHanded(const MeshView& mesh) {
-  constexpr std::size_t SAMPLES = 255;
+  constexpr std::size_t SAMPLES = 63;
   int sum = 0;
   for (std::size_t s = 0; s < std::min(SAMPLES, mesh.numCells); ++s) {
     const std::size_t cell = s * mesh.numCells / std::min(SAMPLES, mesh.numCells);

@@ -25,6 +25,7 @@ public:
   static auto valueAt(const SurfaceData& data) {
     return [&data](const auto& values, std::size_t vertex) {
       const auto a = values(data.edgeBegins[vertex]);
+      if (data.weights.size() == 0) return a; // a layer of faces as they are
       const auto weight = static_cast<double>(data.weights[vertex]);
       return weight == 0.0 ? a : a + (values(data.edgeEnds[vertex]) - a) * weight;
     };

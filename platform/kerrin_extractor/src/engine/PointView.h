@@ -56,6 +56,13 @@ public:
     }
   }
 
+  /// The position of a node of a structured mesh.
+  KbVec3<double> at(std::size_t i, std::size_t j, std::size_t k) const {
+    if (kind == Kind::AXES) return {axes[0][i], axes[1][j], axes[2][k]};
+    if (kind == Kind::GEOMETRY_IJK) return geometryIjk->getCoord(i, j, k);
+    return (*this)[nodes.flat(i, j, k)];
+  }
+
   /// The position in an array of `T`, for loops that have asked for the kind.
   template <class T>
   KbVec3<double> triple(std::size_t id) const {

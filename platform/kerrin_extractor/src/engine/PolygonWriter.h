@@ -38,10 +38,10 @@ struct PolygonWriter {
   bool write(std::size_t numFaces, const FaceAt& faceAt, const MakeReader& makeReader) const {
     constexpr std::size_t CHUNK = 2048; // faces of one step
     constexpr std::size_t WORDS = 128;  // words of node bits of one step
-    constexpr std::uint16_t REVERSED = 0x8000;
+    constexpr std::uint32_t REVERSED = 0x80000000u;
     const std::size_t numChunks = (numFaces + CHUNK - 1) / CHUNK;
     NodeNumbers numbers(endId);
-    Array<std::uint16_t> kinds; // number of corners, 0 for a face that is left out, and whether it is reversed
+    Array<std::uint32_t> kinds; // number of corners, 0 for a face that is left out, and whether it is reversed
     kinds.resize(numFaces);
     struct Count {
       std::size_t polygons = 0;
@@ -55,10 +55,10 @@ struct PolygonWriter {
       for (std::size_t f = chunk * CHUNK; f < std::min((chunk + 1) * CHUNK, numFaces); ++f) {
         kinds[f] = 0;
         if (!reader.read(faceAt(f))) continue;
-        const std::size_t n = std::min<std::size_t>(reader.corners.count, REVERSED - 1u);
+        const std::size_t n = reader.corners.count;
         for (std::size_t c = 0; c < n; ++c)
           numbers.mark(reader.corners.ids[c]);
-        kinds[f] = static_cast<std::uint16_t>(n | (reader.isReversed() ? REVERSED : 0u));
+        kinds[f] = static_cast<std::uint32_t>(n | (reader.isReversed() ? REVERSED : 0u));
         ++count.polygons;
         count.indices += n + 1;
       }
@@ -97,8 +97,8 @@ struct PolygonWriter {
 
     output.vertices.resize(3 * numbers.count());
     output.edgeBegins.resize(numbers.count(), endId);
-    output.edgeEnds.resize(numbers.count(), endId);
-    output.weights.resize(numbers.count());
+    output.edgeEnds.resize(0, 0);
+    output.weights.resize(0);
     std::atomic<bool> areFinite{true};
     run.phase("write nodes", (numbers.numWords() + WORDS - 1) / WORDS, [&](std::size_t step) {
       double notFinite = 0.0;
@@ -110,8 +110,6 @@ struct PolygonWriter {
             notFinite += p[axis] - p[axis];
           }
           output.edgeBegins.set(vertex, id);
-          output.edgeEnds.set(vertex, id);
-          output.weights[vertex] = 0.0f;
         });
       if (!(notFinite == 0.0)) areFinite.store(false, std::memory_order_relaxed);
     });

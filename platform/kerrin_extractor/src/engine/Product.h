@@ -11,6 +11,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -31,10 +32,10 @@ public:
   const Output& output() const { return m_output; }
 
   /// Makes the output by `make(run, view, data, faults)` unless mesh, filter and `parameters` are those of the call
-  /// before.
-  template <class Filter, class Make>
+  /// before. `numPhases` is a number or tells it by the view.
+  template <class Filter, class NumPhases, class Make>
   const Output& update(KiExtractorCallback* callback, const Filter* filter, std::vector<std::size_t> parameters,
-                       std::size_t numPhases, const Make& make) {
+                       const NumPhases& numPhases, const Make& make) {
     const auto [topologyStamp, geometryStamp] = m_stamps();
     parameters.push_back(filter ? filter->getTimeStamp() : 0);
     Inputs inputs{topologyStamp, geometryStamp, static_cast<const KiCellFilter*>(filter), std::move(parameters)};
@@ -56,7 +57,7 @@ public:
     try {
       if (!view.fault.empty()) faults.post(view.fault);
       const bool isEmpty = view.numCells == 0;
-      Run run(callback, m_isParallel, m_name, changes, isEmpty ? 0 : numPhases);
+      Run run(callback, m_isParallel, m_name, changes, isEmpty ? 0 : phasesOf(numPhases, view));
       if (isEmpty)
         m_output.data().clear();
       else
@@ -112,6 +113,13 @@ private:
     friend bool operator==(const Inputs&, const Inputs&) = default;
   };
 
+  template <class NumPhases>
+  static std::size_t phasesOf(const NumPhases& numPhases, const View& view) {
+    if constexpr (std::is_invocable_v<NumPhases, const View&>)
+      return numPhases(view);
+    else
+      return numPhases;
+  }
   static InputAddress addressOf(const View& view) {
     if constexpr (requires { view.address; })
       return view.address;

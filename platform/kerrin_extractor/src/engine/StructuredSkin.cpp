@@ -49,9 +49,9 @@ public:
   Joints(const MeshView& mesh, const BitRows& open, std::size_t numWords)
       : m_mesh(mesh)
       , m_open(open)
-      , m_bits(mesh.hasGridNodes && mesh.slotBits == 0 ? std::vector<BitRows>{}
-                                                       : std::vector<BitRows>(3, BitRows(mesh.cellDims, numWords))) {}
+      , m_bits(areAsked(mesh) ? 3 : 0, BitRows(mesh.cellDims, numWords)) {}
 
+  static bool areAsked(const MeshView& mesh) { return !mesh.hasGridNodes || mesh.slotBits > 0; }
   bool areAsked() const { return !m_bits.empty(); }
   /// Bits of the cells of a row that are joined to their next neighbour; null when all open neighbours are.
   const Bits* row(std::size_t axis, std::size_t r) const { return areAsked() ? m_bits[axis].row(r) : nullptr; }
@@ -142,6 +142,8 @@ void visitRow(const Dims& dims, const BitRows& open, const Joints& joints, std::
 
 } // namespace
 
+std::size_t StructuredSkin::numPhases(const MeshView& mesh) { return Joints::areAsked(mesh) ? 3 : 2; }
+
 void StructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& ranges, FaceList& faces) {
   const Dims& dims = mesh.cellDims;
   const std::size_t numWords = (dims.i + WORD - 1) / WORD;
@@ -154,22 +156,20 @@ void StructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& rang
   BitRows open(dims, numWords);
   Joints joints(mesh, open, numWords);
   run.phase("find open cells", numSteps, [&](std::size_t step) {
-    const bool areAllOpen = !mesh.hasClosedCells() && ranges.isEmpty();
+    const bool hasClosedCells = mesh.hasClosedCells();
     visitRows(step, [&](std::size_t r) {
       Bits* row = open.row(r);
-      if (areAllOpen) {
-        std::fill_n(row, numWords, ~Bits{0});
-        if (dims.i % WORD != 0) row[numWords - 1] = (Bits{1} << (dims.i % WORD)) - 1;
-        return;
-      }
-      for (std::size_t i = 0; i < dims.i; ++i)
-        if (ranges.contains(i, r % dims.j, r / dims.j) && mesh.isOpen(i + dims.i * r)) BitRows::set(row, i);
+      ranges.visitRow(dims.i, r % dims.j, r / dims.j, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i)
+          if (!hasClosedCells || mesh.isOpen(i + dims.i * r)) BitRows::set(row, i);
+      });
     });
   });
 
+  if (joints.areAsked())
+    run.phase("match faces", numSteps,
+              [&](std::size_t step) { visitRows(step, [&](std::size_t r) { joints.findRow(r); }); });
   std::vector<std::size_t> begins(numSteps + 1, 0);
-  run.phase("match faces", joints.areAsked() ? numSteps : 0,
-            [&](std::size_t step) { visitRows(step, [&](std::size_t r) { joints.findRow(r); }); });
   const auto visitFaces = [&](std::size_t step, auto&& visit) {
     visitRows(step, [&](std::size_t r) {
       visitRow(dims, open, joints, numWords, r,
@@ -191,7 +191,7 @@ void StructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& rang
     visitFaces(step, [&](std::size_t r, std::uint8_t face, std::size_t w, Bits bits) {
       for (; bits != 0; bits &= bits - 1) {
         const std::size_t i = w * WORD + static_cast<std::size_t>(std::countr_zero(bits));
-        *next++ = FaceRef{(i + dims.i * r) & 0xffffffffffffu, face};
+        *next++ = FaceRef(i + dims.i * r, face);
       }
     });
   });

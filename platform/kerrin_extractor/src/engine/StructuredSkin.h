@@ -11,7 +11,7 @@ namespace kx {
 /// of them. Faces come out by rows of cells.
 class StructuredSkin {
 public:
-  static constexpr std::size_t NUM_PHASES = 3;
+  static std::size_t numPhases(const MeshView& mesh);
   static void find(Run& run, const MeshView& mesh, const CellRanges& ranges, FaceList& faces);
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t CHUNK = 8192;          // cells of one step
 constexpr std::size_t CELLS_PER_PART = 1024; // there is one partition for so many cells, up to
-constexpr std::size_t MAX_PARTS = 64;
+constexpr std::size_t MAX_PARTS = 256;
 
 /// The halves of the 128-bit product, combined (the mixing step of Wang Yi's wyhash).
 std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
@@ -113,7 +113,8 @@ Reading visitCell(const MeshView& mesh, const Cells& cells, std::size_t cell, Sc
   case HEXAHEDRON:
     return visitShape(std::integral_constant<CellCode, HEXAHEDRON>());
   case POLYHEDRON:
-    if (!mesh.loadPolyhedron(cell, scratch.faces, scratch.nodes)) return Reading::UNREADABLE_CELL;
+    if (!mesh.loadPolyhedron(cell, scratch.faces, scratch.nodes) || scratch.faces.size() > FaceRef::END_FACE)
+      return Reading::UNREADABLE_CELL;
     if (!areNodes(scratch.nodes, scratch.nodes.size())) return Reading::NODE_OUT_OF_RANGE;
     for (std::size_t f = 0; f < scratch.faces.size(); ++f) {
       scratch.corners.clear();
@@ -146,7 +147,7 @@ public:
   void combine(std::size_t word, std::uint64_t hash) {
     std::atomic_ref<std::uint64_t>(m_words.get()[word]).fetch_xor(hash, std::memory_order_relaxed);
   }
-  bool isZero(std::size_t word) const { return m_words.get()[word] == 0; }
+  std::uint64_t operator[](std::size_t word) const { return m_words.get()[word]; }
 
 private:
   struct Free {
@@ -160,30 +161,32 @@ private:
 class LocalWords {
 public:
   explicit LocalWords(Words& words)
-      : m_words(words) {
-    m_tags.fill(NONE);
-  }
+      : m_words(words) {}
   ~LocalWords() {
-    for (std::size_t p = 0; p < SIZE; ++p)
-      if (m_tags[p] != NONE && m_hashes[p] != 0) m_words.combine(m_tags[p], m_hashes[p]);
+    for (Place& place : m_places)
+      pass(place);
   }
   void combine(std::size_t word, std::uint64_t hash) {
-    const std::size_t place = word % SIZE;
-    if (m_tags[place] == word) {
-      m_hashes[place] ^= hash;
-      return;
+    Place& place = m_places[word % SIZE];
+    if (place.word != word) {
+      pass(place);
+      place = {word, 0};
     }
-    if (m_tags[place] != NONE && m_hashes[place] != 0) m_words.combine(m_tags[place], m_hashes[place]);
-    m_tags[place] = word;
-    m_hashes[place] = hash;
+    place.hash ^= hash;
   }
 
 private:
   static constexpr std::size_t SIZE = 1024;
-  static constexpr std::size_t NONE = static_cast<std::size_t>(-1);
+  struct Place {
+    std::size_t word = 0;
+    std::uint64_t hash = 0;
+  };
+  void pass(const Place& place) {
+    if (place.hash != 0) m_words.combine(place.word, place.hash);
+  }
+
   Words& m_words;
-  std::array<std::size_t, SIZE> m_tags;
-  std::array<std::uint64_t, SIZE> m_hashes;
+  std::array<Place, SIZE> m_places;
 };
 
 /// The faces of one chunk at nodes with unpaired faces, ordered by partition.
@@ -192,23 +195,101 @@ struct Candidates {
   std::vector<std::uint32_t> begins; ///< of each partition, and the end
 };
 
+/// The corners of a face, in ascending order and each once: what tells it from others.
+class FaceKey {
+public:
+  FaceKey() = default; ///< no face's
+  FaceKey(const std::size_t* nodes, std::size_t count) {
+    if (count <= m_words.size() && nodes[count - 1] < LARGE) {
+      for (std::size_t n = 0; n < count; ++n)
+        m_words[n] = static_cast<std::uint32_t>(nodes[n]);
+      return;
+    }
+    std::uint64_t hash = count;
+    for (std::size_t n = 0; n < count; ++n)
+      hash = mix(hash ^ nodeHash(nodes[n]), 0x589965cc75374cc3u);
+    m_words = {static_cast<std::uint32_t>(hash), static_cast<std::uint32_t>(hash >> 32), LARGE, LARGE};
+  }
+  /// Whether faces of equal keys may differ: more or greater nodes than there is space for.
+  bool isLarge() const { return m_words[2] == LARGE; }
+  bool isNone() const { return m_words[2] == NONE; }
+  std::uint64_t hash() const {
+    const auto pair = [this](std::size_t i) { return std::uint64_t{m_words[i]} << 32 | m_words[i + 1]; };
+    return mix(pair(0) ^ 0x8ebc6af09c88c6e3u, pair(2) ^ 0x589965cc75374cc3u);
+  }
+  friend bool operator==(const FaceKey&, const FaceKey&) = default;
+
+private:
+  static constexpr std::uint32_t NONE = 0xffffffffu;
+  static constexpr std::uint32_t LARGE = 0xfffffffeu;
+  std::array<std::uint32_t, 4> m_words{NONE, NONE, NONE, NONE}; ///< only the last one of a triangle is none
+};
+
+/// The distinct corners of candidates in ascending order.
+template <class Cells>
+class SortedCorners {
+public:
+  SortedCorners(const MeshView& mesh, const Cells& cells)
+      : m_mesh(mesh)
+      , m_cells(cells) {}
+
+  void read(FaceRef ref) {
+    m_corners.load(m_mesh, m_cells, ref);
+    std::vector<std::size_t>& ids = m_corners.ids;
+    count = m_corners.count;
+    const auto order = [&](std::size_t a, std::size_t b) {
+      const std::size_t smaller = std::min(ids[a], ids[b]);
+      ids[b] = std::max(ids[a], ids[b]);
+      ids[a] = smaller;
+    };
+    if (count == 3) {
+      order(0, 1);
+      order(1, 2);
+      order(0, 1);
+    } else if (count == 4) {
+      order(0, 1);
+      order(2, 3);
+      order(0, 2);
+      order(1, 3);
+      order(1, 2);
+    } else {
+      std::sort(ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(count));
+    }
+    std::size_t numDistinct = 1;
+    for (std::size_t c = 1; c < count; ++c)
+      if (ids[c] != ids[numDistinct - 1]) ids[numDistinct++] = ids[c];
+    count = numDistinct;
+  }
+  const std::size_t* nodes() const { return m_corners.ids.data(); }
+  FaceKey key() const { return FaceKey(nodes(), count); }
+  friend bool operator==(const SortedCorners& a, const SortedCorners& b) {
+    return std::equal(a.nodes(), a.nodes() + a.count, b.nodes(), b.nodes() + b.count);
+  }
+  std::size_t count = 0;
+
+private:
+  const MeshView& m_mesh;
+  const Cells& m_cells;
+  FaceCorners m_corners;
+};
+
 /// The faces of one partition that have one cell.
 void matchFaces(const MeshView& mesh, const std::vector<Candidates>& chunks, std::size_t part,
                 std::vector<FaceRef>& unpaired) {
-  constexpr std::uint64_t NO_CELL = ~std::uint64_t{0};
   struct Entry {
-    std::uint64_t hash = 0; // 0 in free places
-    std::uint64_t cell = 0;
+    FaceKey key;
+    FaceRef known;
+    std::uint64_t lastCell = 0;
     std::uint32_t numCells = 0; // without those that have the face twice
     std::uint32_t first = 0;    // candidate number
   };
+  constexpr std::uint64_t NO_CELL = ~std::uint64_t{0};
   std::size_t count = 0;
   for (const Candidates& c : chunks)
     if (!c.begins.empty()) count += c.begins[part + 1] - c.begins[part];
   if (count == 0) return;
   std::vector<Entry> table(std::bit_ceil(2 * count));
   std::vector<std::uint32_t> places(count);
-  Scratch scratch;
   std::size_t number = 0;
   const auto visitCandidates = [&](auto&& visit) {
     number = 0;
@@ -219,41 +300,33 @@ void matchFaces(const MeshView& mesh, const std::vector<Candidates>& chunks, std
   };
   std::visit(
       [&](const auto& cells) {
-        // A cell's faces are neighbours in the list: its hashes are found once.
-        std::array<std::pair<std::size_t, std::uint64_t>, 8> known;
-        std::size_t numKnown = 0;
-        std::uint64_t knownCell = NO_CELL;
+        SortedCorners corners(mesh, cells);
+        SortedCorners otherCorners(mesh, cells);
+        const auto isOther = [&](const Entry& entry, const FaceKey& key) {
+          if (entry.key != key) return true;
+          if (!key.isLarge()) return false;
+          otherCorners.read(entry.known);
+          return !(corners == otherCorners);
+        };
         visitCandidates([&](FaceRef ref) {
-          if (knownCell != ref.cell) {
-            numKnown = 0;
-            visitCell(mesh, cells, ref.cell, scratch, [&](std::size_t face, std::size_t, std::uint64_t hash) {
-              if (numKnown < known.size()) known[numKnown] = {face, hash};
-              ++numKnown;
-            });
-            knownCell = ref.cell;
-          }
-          std::uint64_t hash = 0;
-          if (numKnown <= known.size()) {
-            for (std::size_t f = 0; f < numKnown; ++f)
-              if (known[f].first == ref.face) hash = known[f].second;
-          } else {
-            visitCell(mesh, cells, ref.cell, scratch, [&](std::size_t face, std::size_t, std::uint64_t h) {
-              if (face == ref.face) hash = h;
-            });
-          }
-          std::size_t place = (hash >> 20) & (table.size() - 1);
-          while (table[place].hash != 0 && table[place].hash != hash)
+          corners.read(ref);
+          const FaceKey key = corners.key();
+          std::size_t place = key.hash() & (table.size() - 1);
+          while (!table[place].key.isNone() && isOther(table[place], key))
             place = (place + 1) & (table.size() - 1);
           Entry& entry = table[place];
           places[number] = static_cast<std::uint32_t>(place);
-          if (entry.numCells > 0 && entry.cell == ref.cell) {
+          if (entry.key.isNone()) {
+            entry.key = key;
+            entry.known = ref;
+          }
+          if (entry.numCells > 0 && entry.lastCell == ref.cell) {
             --entry.numCells;
-            entry.cell = NO_CELL;
+            entry.lastCell = NO_CELL;
             return;
           }
           if (entry.numCells++ == 0) entry.first = static_cast<std::uint32_t>(number);
-          entry.hash = hash;
-          entry.cell = ref.cell;
+          entry.lastCell = ref.cell;
         });
       },
       mesh.cells);
@@ -297,11 +370,19 @@ void UnstructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& ra
       std::visit(
           [&](const auto& cells) {
             visitChunk(mesh, ranges, chunk, [&](std::size_t cell) {
+              // Nearly all cells are far from the skin, which their nodes tell at once.
+              CellNodes nodes;
+              if (const CellCode code = cells.load(cell, nodes); code < POLYHEDRON) {
+                std::uint64_t unpaired = 0;
+                for (std::size_t c = 0; c < NUM_CORNERS[code]; ++c)
+                  unpaired |= words[std::min(wordOf(nodes[c]), numWords - 1)];
+                if (unpaired == 0) return;
+              }
               visitCell(mesh, cells, cell, scratch, [&](std::size_t face, std::size_t owner, std::uint64_t) {
                 const std::size_t word = wordOf(owner);
-                if (words.isZero(word)) return;
+                if (words[word] == 0) return;
                 const auto part = static_cast<std::uint32_t>(word * numParts / numWords);
-                found.emplace_back(FaceRef{cell & 0xffffffffffffu, face & 0xffffu}, part);
+                found.emplace_back(FaceRef(cell, face), part);
                 ++ends[part + 1];
               });
             });

@@ -36,7 +36,7 @@ public:
                               kx::FaceList faces;
                               faces.resize(cells.size());
                               for (std::size_t f = 0; f < cells.size(); ++f)
-                                faces[f] = {cells[f] & 0xffffffffffffu, kx::HEXAHEDRON_FACE[a][isUpper]};
+                                faces[f] = {cells[f], kx::HEXAHEDRON_FACE[a][isUpper]};
                               kx::FaceWriter::write(run, mesh, faces, data, faults);
                             });
   }

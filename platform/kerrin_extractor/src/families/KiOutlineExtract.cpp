@@ -71,10 +71,12 @@ struct PolygonsOfMesh {
 std::size_t endIdOf(const MeshView& mesh) { return mesh.endNode << mesh.slotBits; }
 std::size_t endIdOf(const FlatMesh& mesh) { return mesh.endNode; }
 
-constexpr std::size_t numSurfacePhases(const MeshView*) {
-  return kx::UnstructuredSkin::NUM_PHASES + kx::FaceWriter::NUM_PHASES;
+std::size_t numSurfacePhases(const MeshView& mesh) {
+  const std::size_t numFindPhases =
+      mesh.isStructured ? kx::StructuredSkin::numPhases(mesh) : kx::UnstructuredSkin::NUM_PHASES;
+  return numFindPhases + kx::FaceWriter::NUM_PHASES;
 }
-constexpr std::size_t numSurfacePhases(const FlatMesh*) { return kx::SurfaceWriter::NUM_PHASES; }
+std::size_t numSurfacePhases(const FlatMesh&) { return kx::SurfaceWriter::NUM_PHASES; }
 
 template <class View>
 class Outline {
@@ -85,8 +87,7 @@ public:
 
   template <class Filter>
   const KeXLineMeshUnstructured& extract(KiExtractorCallback* callback, const Filter* filter) {
-    constexpr std::size_t numPhases =
-        numSurfacePhases(static_cast<const View*>(nullptr)) + kx::OutlineTracer::NUM_PHASES;
+    const auto numPhases = [](const View& mesh) { return numSurfacePhases(mesh) + kx::OutlineTracer::NUM_PHASES; };
     return m_product.update(
         callback, filter, {}, numPhases, [this](kx::Run& run, const View& mesh, LineData& data, kx::Faults& faults) {
           using Input = std::conditional_t<std::is_same_v<View, MeshView>, SkinOfMesh, PolygonsOfMesh>;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The skin family: the faces of open cells that no other open cell shares.
+#include "PickShell.h"
+#include "src/engine/BoxSkin.h"
 #include "src/engine/FaceWriter.h"
 #include "src/engine/Product.h"
 #include "src/engine/StructuredSkin.h"
@@ -11,7 +13,6 @@
 
 namespace {
 
-using Vec3 = KbVec3<double>;
 using kx::MeshView;
 using kx::SurfaceData;
 
@@ -30,9 +31,15 @@ public:
 
   template <class Filter>
   const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, const Filter* filter) {
-    return m_product.update(callback, filter, m_ranges.values(),
-                            kx::FaceWriter::NUM_PHASES + kx::UnstructuredSkin::NUM_PHASES,
+    const auto numPhases = [this](const MeshView& mesh) {
+      if (!mesh.isStructured) return kx::UnstructuredSkin::NUM_PHASES + kx::FaceWriter::NUM_PHASES;
+      if (kx::BoxSkin::find(mesh, m_ranges)) return kx::BoxSkin::NUM_PHASES;
+      return kx::StructuredSkin::numPhases(mesh) + kx::FaceWriter::NUM_PHASES;
+    };
+    return m_product.update(callback, filter, m_ranges.values(), numPhases,
                             [this](kx::Run& run, const MeshView& mesh, SurfaceData& data, kx::Faults& faults) {
+                              const std::optional<kx::IndexBox> box = kx::BoxSkin::find(mesh, m_ranges);
+                              if (box && kx::BoxSkin::write(run, mesh, *box, data)) return;
                               kx::FaceList faces;
                               if (mesh.isStructured)
                                 kx::StructuredSkin::find(run, mesh, m_ranges, faces);
@@ -51,100 +58,52 @@ private:
   kx::Product<MeshView, kx::SurfaceMesh> m_product;
   kx::CellRanges m_ranges;
 };
-static_assert(kx::StructuredSkin::NUM_PHASES == kx::UnstructuredSkin::NUM_PHASES);
 
-class SkinUnstructured final : public KiSkinExtractUnstructured {
+/// Adds the cell ranges, with ends given as `Bound`, and `extract` to a shell of any form.
+template <class Shell, class Bound, class Filter>
+class SkinExtract : public Shell {
 public:
-  SkinUnstructured(const KiVolumeMeshUnstructured& mesh, bool parallel)
-      : m_skin(mesh, parallel, "KiSkinExtractUnstructured") {}
-
-  void addCellRange(std::size_t min, std::size_t max) override { m_skin.addRange(min, max); }
-  void clearCellRanges() override { m_skin.clearRanges(); }
-  const KeXSurfaceMeshUnstructured& extract(const KiCellFilterI* filter) override {
-    return m_skin.extract(getExtractorCallback(), filter);
+  using Shell::Shell;
+  void addCellRange(Bound min, Bound max) override { this->m_state.addRange(min, max); }
+  void clearCellRanges() override { this->m_state.clearRanges(); }
+  const KeXSurfaceMeshUnstructured& extract(const Filter* filter) override {
+    return this->m_state.extract(this->getExtractorCallback(), filter);
   }
+};
+
+class SkinUnstructured final
+    : public SkinExtract<kx::PickShell<KiSkinExtractUnstructured, Skin, KiDataSetI>, std::size_t, KiCellFilterI> {
+public:
+  using SkinExtract::SkinExtract;
   const KeXLineMeshUnstructured* extractLines(const KiCellFilterI*) override { return nullptr; }
   const KeXPointMeshCurvilinear* extractPoints(const KiCellFilterI*) override { return nullptr; }
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
-    return m_skin.map(getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
-    return m_skin.map(getExtractorCallback(), set);
-  }
-  const KeXSurfaceMeshUnstructured& getExtract() const override { return m_skin.output(); }
-
-private:
-  Skin m_skin;
 };
 
-/// The operations that both structured forms have.
-template <class Base>
-class SkinStructured : public Base {
-public:
-  using Bounds = KbVec3<std::size_t>;
-  template <class Mesh>
-  SkinStructured(const Mesh& mesh, bool parallel, const char* name)
-      : m_skin(mesh, parallel, name) {}
-
-  void addCellRange(const Bounds& min, const Bounds& max) override { m_skin.addRange(min, max); }
-  void clearCellRanges() override { m_skin.clearRanges(); }
-  const KeXSurfaceMeshUnstructured& extract(const KiCellFilterIjk* filter) override {
-    return m_skin.extract(this->getExtractorCallback(), filter);
-  }
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetIjk<double>& set) override {
-    return m_skin.map(this->getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetIjk<Vec3>& set) override {
-    return m_skin.map(this->getExtractorCallback(), set);
-  }
-  const KeXSurfaceMeshUnstructured& getExtract() const override { return m_skin.output(); }
-
-protected:
-  Skin m_skin;
-};
-
-class SkinIjk final : public SkinStructured<KiSkinExtractIjk> {
-public:
-  template <class Mesh>
-  SkinIjk(const Mesh& mesh, bool parallel)
-      : SkinStructured(mesh, parallel, "KiSkinExtractIjk") {}
-};
-
-class SkinHexahedronIjk final : public SkinStructured<KiSkinExtractHexahedronIjk> {
-public:
-  SkinHexahedronIjk(const KiVolumeMeshHexahedronIjk& mesh, bool parallel)
-      : SkinStructured(mesh, parallel, "KiSkinExtractHexahedronIjk") {}
-
-  using SkinStructured::extractScalarSet;
-  using SkinStructured::extractVec3Set;
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
-    return m_skin.map(getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
-    return m_skin.map(getExtractorCallback(), set);
-  }
-};
+template <class Shell>
+using SkinStructured = SkinExtract<Shell, const KbVec3<std::size_t>&, KiCellFilterIjk>;
+using SkinIjk = SkinStructured<kx::PickShell<KiSkinExtractIjk, Skin, KiDataSetIjk>>;
+using SkinHexahedronIjk = SkinStructured<kx::PickShellHexahedronIjk<KiSkinExtractHexahedronIjk, Skin>>;
 
 } // namespace
 
 KiSkinExtractUnstructured* KiSkinExtractUnstructured::getNewInstance(const KiVolumeMeshUnstructured& mesh,
                                                                      bool parallel, KiTessellator*) {
-  return new SkinUnstructured(mesh, parallel);
+  return new SkinUnstructured(mesh, parallel, "KiSkinExtractUnstructured");
 }
 KiSkinExtractHexahedronIjk* KiSkinExtractHexahedronIjk::getNewInstance(const KiVolumeMeshHexahedronIjk& mesh,
                                                                        bool parallel, KiTessellator*) {
-  return new SkinHexahedronIjk(mesh, parallel);
+  return new SkinHexahedronIjk(mesh, parallel, "KiSkinExtractHexahedronIjk");
 }
 KiSkinExtractIjk* KiSkinExtractIjk::getNewInstance(const KiVolumeMeshVertexHexahedronIjk& mesh, bool parallel,
                                                    KiTessellator*) {
-  return new SkinIjk(mesh, parallel);
+  return new SkinIjk(mesh, parallel, "KiSkinExtractIjk");
 }
 KiSkinExtractIjk* KiSkinExtractIjk::getNewInstance(const KiVolumeMeshRegular& mesh, bool parallel, KiTessellator*) {
-  return new SkinIjk(mesh, parallel);
+  return new SkinIjk(mesh, parallel, "KiSkinExtractIjk");
 }
 KiSkinExtractIjk* KiSkinExtractIjk::getNewInstance(const KiVolumeMeshRectilinear& mesh, bool parallel, KiTessellator*) {
-  return new SkinIjk(mesh, parallel);
+  return new SkinIjk(mesh, parallel, "KiSkinExtractIjk");
 }
 KiSkinExtractIjk* KiSkinExtractIjk::getNewInstance(const KiVolumeMeshCurvilinear& mesh, bool parallel, KiTessellator*) {
-  return new SkinIjk(mesh, parallel);
+  return new SkinIjk(mesh, parallel, "KiSkinExtractIjk");
 }
