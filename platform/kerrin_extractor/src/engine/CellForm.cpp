@@ -196,12 +196,11 @@ void CellForm::join(const EdgeMiddles& middles) {
 std::size_t CellForm::numEdges() const { return edgesOf(shape).count; }
 std::array<std::uint8_t, 2> CellForm::edge(std::size_t e) const { return edgesOf(shape).ends[e]; }
 
-std::size_t CellForm::middleOf(std::size_t a, std::size_t b) const {
-  for (std::size_t e = 0; isQuadratic() && e < numEdges(); ++e) {
-    const auto [i, j] = edge(e);
-    if ((nodes[i] == a && nodes[j] == b) || (nodes[i] == b && nodes[j] == a)) return nodes[numCorners + e];
-  }
-  return EdgeMiddles::NONE;
+std::size_t CellForm::edgeBetween(std::size_t a, std::size_t b) const {
+  const Edges& edges = edgesOf(shape);
+  for (std::size_t e = 0; e + 1 < edges.count; ++e)
+    if (edges.ends[e][0] + edges.ends[e][1] == a + b && (edges.ends[e][0] == a || edges.ends[e][0] == b)) return e;
+  return edges.count - 1;
 }
 
 KbVec3<double> CellForm::position(std::size_t local) const {

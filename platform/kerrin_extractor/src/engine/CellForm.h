@@ -87,8 +87,8 @@ public:
   std::size_t numEdges() const;
   /// Corner numbers of an edge's ends.
   std::array<std::uint8_t, 2> edge(std::size_t e) const;
-  /// The node in the middle between two corners, by their ids; `EdgeMiddles::NONE` where they have no edge.
-  std::size_t middleOf(std::size_t a, std::size_t b) const;
+  /// The number of the edge between two corners, by their numbers, which have one.
+  std::size_t edgeBetween(std::size_t a, std::size_t b) const;
   KbVec3<double> position(std::size_t local) const;
   /// The point at a position, with its nodes in ascending order. At positions with few binary digits weights are exact,
   /// so that cells agree bit by bit on the points that they share.

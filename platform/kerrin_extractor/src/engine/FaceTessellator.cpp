@@ -103,11 +103,11 @@ private:
 } // namespace
 
 void FaceTessellator::write(Run& run, const Input& input, const Output& output, Faults& faults) {
-  const std::size_t numParts = (input.numFaces + CHUNK - 1) / CHUNK;
+  const std::size_t numParts = (input.faces.numFaces + CHUNK - 1) / CHUNK;
   const auto visitFaces = [&](std::size_t part, const auto& visit) {
-    const Reader read = input.makeReader();
+    const FaceSource::Reader read = input.faces.makeReader();
     FaceNodes face;
-    for (std::size_t f = part * CHUNK; f < std::min((part + 1) * CHUNK, input.numFaces); ++f)
+    for (std::size_t f = part * CHUNK; f < std::min((part + 1) * CHUNK, input.faces.numFaces); ++f)
       if (read(f, face)) visit(f, face);
   };
 

@@ -18,22 +18,27 @@ struct FaceNodes {
   bool isReversed = false;          ///< the corners go round the wrong way
 };
 
+/// Faces that are read by their numbers.
+struct FaceSource {
+  /// Reads a face; false for one that is left out.
+  using Reader = std::function<bool(std::size_t face, FaceNodes& nodes)>;
+
+  std::size_t numFaces;
+  std::function<Reader()> makeReader; ///< one for each thread
+};
+
 /// Writes faces of which some are quadratic as linear polygons. Those of linear faces get a corner for each point that
 /// a quadratic neighbour has on a side; a quadratic face that needs no subdivision is one polygon; all others become
 /// triangles. Vertices are shared, in the order of the nodes' ids.
 class FaceTessellator {
 public:
   static constexpr std::size_t NUM_PHASES = 4;
-  /// Reads a face by its number; false for one that is left out.
-  using Reader = std::function<bool(std::size_t face, FaceNodes& nodes)>;
-
   struct Input {
     const KiTessellator& tessellator;
     const PointView& points;
     std::size_t endId; ///< of the mesh's nodes
     std::size_t numCells;
-    std::size_t numFaces;
-    std::function<Reader()> makeReader; ///< one for each step
+    const FaceSource& faces;
   };
   struct Output {
     SurfaceData& surface; ///< vertices that are added nodes have ids of `blends`

@@ -33,16 +33,11 @@ private:
 };
 
 PointMesh::PointMesh()
-    : m_topology(std::make_unique<Topology>(m_inputCells))
-    , m_geometry(m_vertices) {}
+    : m_topology(std::make_unique<Topology>(m_data.inputCells))
+    , m_geometry(m_data.vertices) {}
 PointMesh::~PointMesh() = default;
 
 const KeXTopologyI& PointMesh::getTopology() const { return *m_topology; }
-
-void PointMesh::clear() {
-  m_vertices.clear();
-  m_inputCells.resize(0, 0);
-}
 
 void PointMesh::commit(const InputAddress& input) {
   m_topology->commit(input);

@@ -9,6 +9,19 @@
 
 namespace kx {
 
+/// The arrays of extracted points.
+struct PointData {
+  Array<float> vertices;
+  IndexArray inputCells; ///< the input cell of each point
+
+  std::size_t numCells() const { return inputCells.size(); }
+  std::size_t numVertices() const { return inputCells.size(); }
+  void clear() {
+    vertices.clear();
+    inputCells.resize(0, 0);
+  }
+};
+
 /// The points that extractors yield; cell i of the topology is point i.
 class PointMesh final : public KeXPointMeshCurvilinear {
 public:
@@ -17,10 +30,8 @@ public:
   const KeXTopologyI& getTopology() const override;
   const KeXGeometryExplicit& getGeometry() const override { return m_geometry; }
 
-  Array<float>& vertices() { return m_vertices; }
-  IndexArray& inputCells() { return m_inputCells; } ///< the input cell of each point
-  const IndexArray& inputCells() const { return m_inputCells; }
-  void clear();
+  PointData& data() { return m_data; }
+  const PointData& data() const { return m_data; }
   /// Takes new time stamps after the arrays have been rewritten.
   void commit(const InputAddress& input);
   std::size_t outputStamp() const { return m_geometry.getTimeStamp(); }
@@ -28,8 +39,7 @@ public:
 private:
   class Topology;
 
-  Array<float> m_vertices;
-  IndexArray m_inputCells;
+  PointData m_data;
   std::unique_ptr<Topology> m_topology;
   ExtractedGeometry m_geometry;
 };

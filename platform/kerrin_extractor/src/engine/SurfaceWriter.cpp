@@ -87,11 +87,10 @@ void SurfaceWriter::write(Run& run, const FlatMesh& mesh, SurfaceData& output, F
       mesh.cells);
 }
 
-void SurfaceWriter::tessellate(Run& run, const FlatMesh& mesh, const KiTessellator& tessellator,
-                               const FaceTessellator::Output& output, Faults& faults) {
-  const auto makeReader = [&]() -> FaceTessellator::Reader {
+FaceSource SurfaceWriter::faces(const FlatMesh& mesh, Faults& faults) {
+  const auto makeReader = [&mesh, &faults]() -> FaceSource::Reader {
     return std::visit(
-        [&](const auto& cells) -> FaceTessellator::Reader {
+        [&](const auto& cells) -> FaceSource::Reader {
           return [reader = CellReader(mesh, cells, faults)](std::size_t cell, FaceNodes& face) mutable {
             if (!reader.read(CellRef{cell})) return false;
             face.cell = cell;
@@ -100,8 +99,7 @@ void SurfaceWriter::tessellate(Run& run, const FlatMesh& mesh, const KiTessellat
         },
         mesh.cells);
   };
-  FaceTessellator::write(run, {tessellator, mesh.points, mesh.endNode, mesh.numCells, mesh.numCells, makeReader},
-                         output, faults);
+  return {mesh.numCells, makeReader};
 }
 
 } // namespace kx

@@ -16,9 +16,8 @@ public:
   static constexpr std::size_t NUM_PHASES = PolygonWriter::NUM_PHASES;
   /// Cells with fewer than three distinct corners are left out; so are, with a message, those that cannot be read.
   static void write(Run& run, const FlatMesh& mesh, SurfaceData& output, Faults& faults);
-  /// The same with quadratic cells subdivided.
-  static void tessellate(Run& run, const FlatMesh& mesh, const KiTessellator& tessellator,
-                         const FaceTessellator::Output& output, Faults& faults);
+  /// The cells as faces with all their nodes. Mesh and faults must outlive the source.
+  static FaceSource faces(const FlatMesh& mesh, Faults& faults);
 };
 
 } // namespace kx

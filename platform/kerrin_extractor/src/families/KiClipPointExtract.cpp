@@ -36,7 +36,7 @@ public:
     return map<T>(
                callback, set, {{&m_sets, m_points.outputStamp(), m_sources.size(), m_sources.size()}},
                [this](const auto& values, std::size_t, std::size_t v) { return m_sources[v].valueAt(values); },
-               [this](const auto& values, std::size_t, std::size_t c) { return values(m_points.inputCells()[c]); })
+               [this](const auto& values, std::size_t, std::size_t c) { return values(m_points.data().inputCells[c]); })
         .front();
   }
 
@@ -69,13 +69,13 @@ private:
              cells.push_back(cell);
            }
          });
-    m_points.vertices().resize(3 * m_sources.size());
-    m_points.inputCells().resize(m_sources.size(), mesh.numCells);
+    m_points.data().vertices.resize(3 * m_sources.size());
+    m_points.data().inputCells.resize(m_sources.size(), mesh.numCells);
     for (std::size_t v = 0; v < m_sources.size(); ++v) {
       const Vec3 p = position(m_sources[v]);
       for (std::size_t axis = 0; axis < 3; ++axis)
-        m_points.vertices()[3 * v + axis] = static_cast<float>(p[axis]);
-      m_points.inputCells().set(v, cells[v]);
+        m_points.data().vertices[3 * v + axis] = static_cast<float>(p[axis]);
+      m_points.data().inputCells.set(v, cells[v]);
     }
   }
 
@@ -99,7 +99,7 @@ private:
   }
 
   void clear() override {
-    m_points.clear();
+    m_points.data().clear();
     m_sources.clear();
   }
   void commit(const kx::InputAddress& address) override { m_points.commit(address); }

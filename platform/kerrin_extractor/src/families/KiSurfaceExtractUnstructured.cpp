@@ -1,84 +1,94 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Unstructured surface meshes as polygons, their edges and their points.
-#include "PickShell.h"
-#include "SurfacePolygons.h"
-#include "src/engine/LineMesh.h"
-#include "src/engine/OutlineTracer.h"
-#include "src/engine/PointMesh.h"
+#include "SurfaceParts.h"
+#include "src/engine/SurfaceWriter.h"
 
 #include <KerrinExtractor/KiSurfaceExtractUnstructured.h>
+#include <KerrinExtractor/KiTessellatedSurfaceExtract.h>
 #include <KerrinExtractor/KxSurfaceExtractFactory.h>
 
 namespace {
 
-using kx::FlatMesh;
+using Vec3 = KbVec3<double>;
 
-/// A point mesh in the form of a product's output.
-class PointOutput {
-public:
-  kx::PointMesh& data() { return m_mesh; }
-  const kx::PointMesh& data() const { return m_mesh; }
-  void commit(const kx::InputAddress& input) { m_mesh.commit(input); }
-  std::size_t outputStamp() const { return m_mesh.outputStamp(); }
+/// All cells of the mesh.
+struct CellsAsFaces {
+  using View = kx::FlatMesh;
+  static constexpr std::size_t NUM_PHASES = kx::SurfaceWriter::NUM_PHASES;
+  static constexpr std::size_t NUM_COLLECT_PHASES = 0;
 
-private:
-  kx::PointMesh m_mesh;
+  std::vector<std::size_t> parameters() const { return {}; }
+  void write(kx::Run& run, const View& mesh, kx::SurfaceData& surface, kx::Faults& faults) const {
+    kx::SurfaceWriter::write(run, mesh, surface, faults);
+  }
+  kx::FaceSource collect(kx::Run&, const View& mesh, kx::Faults& faults) const {
+    return kx::SurfaceWriter::faces(mesh, faults);
+  }
 };
 
-class SurfaceUnstructured final : public kx::PickShell<KiSurfaceExtractUnstructured, kx::SurfacePolygons, KiDataSetI> {
+/// The operations that both classes have.
+template <class Interface>
+class SurfaceShell : public Interface {
 public:
-  SurfaceUnstructured(const KiSurfaceMeshUnstructured& mesh, bool parallel)
-      : PickShell(mesh, parallel, "KiSurfaceExtractUnstructured")
-      , m_lines(mesh, parallel, "KiSurfaceExtractUnstructured")
-      , m_points(mesh, parallel, "KiSurfaceExtractUnstructured") {}
+  SurfaceShell(const KiSurfaceMeshUnstructured& mesh, bool parallel, const char* name)
+      : m_parts(mesh, parallel, name) {}
 
+  const KeXSurfaceMeshUnstructured& extract(KiTessellator* tessellator, const KiCellFilterI* filter) override {
+    return m_parts.extract(this->getExtractorCallback(), tessellator, filter);
+  }
+  const KeXLineMeshUnstructured* extractLines(KiTessellator* tessellator, const KiCellFilterI* filter) override {
+    return &m_parts.extractLines(this->getExtractorCallback(), tessellator, filter, kx::OutlineTracer::Selection::ALL);
+  }
+  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
+    return m_parts.map(this->getExtractorCallback(), set);
+  }
+  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
+    return m_parts.map(this->getExtractorCallback(), set);
+  }
+  const KeXSurfaceMeshUnstructured& getExtract() const override { return m_parts.output(); }
+
+protected:
+  kx::SurfaceParts<CellsAsFaces> m_parts;
+};
+
+class SurfaceUnstructured final : public SurfaceShell<KiSurfaceExtractUnstructured> {
+public:
+  SurfaceUnstructured(const KiSurfaceMeshUnstructured& mesh, bool parallel, KiTessellator* tessellator)
+      : SurfaceShell(mesh, parallel, "KiSurfaceExtractUnstructured")
+      , m_tessellator(tessellator) {}
+
+  using SurfaceShell::extract;
   const KeXSurfaceMeshUnstructured& extract(const KiCellFilterI* filter) override {
-    return m_state.extract(getExtractorCallback(), filter);
-  }
-  const KeXSurfaceMeshUnstructured& extract(KiTessellator*, const KiCellFilterI* filter) override {
-    return extract(filter);
-  }
-  const KeXLineMeshUnstructured* extractLines(KiTessellator*, const KiCellFilterI* filter) override {
-    return &m_lines.update(getExtractorCallback(), filter, {},
-                           kx::SurfaceWriter::NUM_PHASES + kx::OutlineTracer::NUM_PHASES,
-                           [](kx::Run& run, const FlatMesh& mesh, kx::LineData& data, kx::Faults& faults) {
-                             kx::SurfaceData surface;
-                             kx::SurfaceWriter::write(run, mesh, surface, faults);
-                             kx::IndexArray nodes;
-                             kx::OutlineTracer::trace(run, surface, {}, mesh.numCells, mesh.endNode, {data, nodes},
-                                                      kx::OutlineTracer::Selection::ALL);
-                           });
+    return extract(m_tessellator, filter);
   }
   const KeXPointMeshCurvilinear* extractPoints(const KiCellFilterI* filter) override {
-    m_points.update(getExtractorCallback(), filter, {}, kx::SurfaceWriter::NUM_PHASES,
-                    [](kx::Run& run, const FlatMesh& mesh, kx::PointMesh& points, kx::Faults& faults) {
-                      kx::SurfaceData surface;
-                      kx::SurfaceWriter::write(run, mesh, surface, faults);
-                      points.vertices().resize(surface.vertices.size());
-                      std::copy_n(surface.vertices.data(), surface.vertices.size(), points.vertices().data());
-                      points.inputCells().resize(surface.numVertices(), mesh.numCells);
-                      std::size_t polygon = surface.numCells();
-                      for (std::size_t n = surface.indices.size(); n-- > 0;) { // backwards: the first cell stays
-                        if (surface.indices[n] < 0)
-                          --polygon;
-                        else
-                          points.inputCells().set(static_cast<std::size_t>(surface.indices[n]),
-                                                  surface.inputCells[polygon]);
-                      }
-                    });
-    return &m_points.output().data();
+    return &m_parts.extractPoints(getExtractorCallback(), m_tessellator != nullptr, filter);
   }
 
 private:
-  kx::Product<FlatMesh, kx::LineMesh> m_lines;
-  kx::Product<FlatMesh, PointOutput> m_points;
+  KiTessellator* m_tessellator;
+};
+
+class TessellatedSurface final : public SurfaceShell<KiTessellatedSurfaceExtract> {
+public:
+  TessellatedSurface(const KiSurfaceMeshUnstructured& mesh, bool parallel)
+      : SurfaceShell(mesh, parallel, "KiTessellatedSurfaceExtract") {}
+
+  const KeXPointMeshCurvilinear* extractPoints(const KiCellFilterI* filter) override {
+    return &m_parts.extractPoints(getExtractorCallback(), true, filter);
+  }
 };
 
 } // namespace
 
 KiSurfaceExtractUnstructured* KiSurfaceExtractUnstructured::getNewInstance(const KiSurfaceMeshUnstructured& mesh,
-                                                                           bool parallel, KiTessellator*) {
-  return new SurfaceUnstructured(mesh, parallel);
+                                                                           bool parallel, KiTessellator* tessellator) {
+  return new SurfaceUnstructured(mesh, parallel, tessellator);
+}
+
+KiTessellatedSurfaceExtract* KiTessellatedSurfaceExtract::getNewInstance(const KiSurfaceMeshUnstructured& mesh,
+                                                                         bool parallel) {
+  return new TessellatedSurface(mesh, parallel);
 }
 
 KiSurfaceExtractIj* KxSurfaceExtractFactory::getNewInstance(const KeXSurfaceMeshCurvilinear& mesh, bool parallel) {
