@@ -40,12 +40,13 @@ void CellBins::setWidths(const KbVec3<double>& widths, std::size_t numCells) {
   }
 }
 
-void CellBins::chooseWidths(std::size_t numCells, const BoxOf& boxOf) {
+void CellBins::chooseWidths(std::size_t numCells, const BoxesOf& boxesOf) {
   std::vector<KbVec3<double>> extents;
   KbVec3<double> mean;
   const std::size_t stride = numCells / NUM_SAMPLES + 1;
   for (std::size_t cell = 0; cell < numCells; cell += stride) {
-    const Box box = boxOf(cell);
+    Box box;
+    boxesOf(cell, cell + 1, &box);
     if (box.isEmpty()) continue;
     extents.push_back(box.high - box.low);
     mean += extents.back();
@@ -82,22 +83,36 @@ void CellBins::forEachBin(const Box& box, const Visit& visit) const {
     const std::size_t last = std::min(high[axis], bin * NUM_SLOTS + NUM_SLOTS - 1) - bin * NUM_SLOTS;
     return ((std::uint64_t(2) << last) - (std::uint64_t(1) << first)) << (axis * NUM_SLOTS);
   };
-  for (std::size_t k = low[2] / NUM_SLOTS; k <= high[2] / NUM_SLOTS; ++k)
-    for (std::size_t j = low[1] / NUM_SLOTS; j <= high[1] / NUM_SLOTS; ++j)
+  for (std::size_t k = low[2] / NUM_SLOTS; k <= high[2] / NUM_SLOTS; ++k) {
+    const std::uint64_t maskK = mask(k, 2);
+    for (std::size_t j = low[1] / NUM_SLOTS; j <= high[1] / NUM_SLOTS; ++j) {
+      const std::uint64_t maskJK = mask(j, 1) | maskK;
+      const std::size_t row = m_numBins[0] * (j + m_numBins[1] * k);
       for (std::size_t i = low[0] / NUM_SLOTS; i <= high[0] / NUM_SLOTS; ++i)
-        visit(i + m_numBins[0] * (j + m_numBins[1] * k), [&] { return mask(i, 0) | mask(j, 1) | mask(k, 2); });
+        visit(row + i, mask(i, 0) | maskJK);
+    }
+  }
 }
 
-std::size_t CellBins::count(Run& run, std::size_t numCells, const BoxOf& boxOf) {
+template <class Visit>
+void CellBins::visitChunk(std::size_t chunk, std::size_t numCells, const BoxesOf& boxesOf, const Visit& visit) const {
+  std::array<Box, 128> boxes;
+  const std::size_t end = numCells * (chunk + 1) / m_numChunks;
+  for (std::size_t begin = numCells * chunk / m_numChunks; begin < end; begin += boxes.size()) {
+    const std::size_t count = std::min(boxes.size(), end - begin);
+    boxesOf(begin, begin + count, boxes.data());
+    for (std::size_t c = 0; c < count; ++c)
+      if (!boxes[c].isEmpty())
+        forEachBin(boxes[c], [&](std::size_t bin, std::uint64_t mask) { visit(begin + c, bin, mask); });
+  }
+}
+
+std::size_t CellBins::count(Run& run, std::size_t numCells, const BoxesOf& boxesOf) {
   m_counts.resize(m_numChunks * numBins());
   run.phase("count cells", m_numChunks, [&](std::size_t chunk) {
     std::uint32_t* counts = m_counts.data() + chunk * numBins();
     std::fill_n(counts, numBins(), 0u);
-    const std::size_t end = numCells * (chunk + 1) / m_numChunks;
-    for (std::size_t cell = numCells * chunk / m_numChunks; cell < end; ++cell) {
-      const Box box = boxOf(cell);
-      if (!box.isEmpty()) forEachBin(box, [&](std::size_t bin, const auto&) { ++counts[bin]; });
-    }
+    visitChunk(chunk, numCells, boxesOf, [&](std::size_t, std::size_t bin, std::uint64_t) { ++counts[bin]; });
   });
   m_offsets.resize(numBins() + 1);
   std::size_t sum = 0;
@@ -114,22 +129,17 @@ std::size_t CellBins::count(Run& run, std::size_t numCells, const BoxOf& boxOf) 
   return sum;
 }
 
-void CellBins::fill(Run& run, std::size_t numCells, const BoxOf& boxOf) {
+void CellBins::fill(Run& run, std::size_t numCells, const BoxesOf& boxesOf) {
   m_entries.resize(m_offsets[numBins()]);
   run.phase("fill bins", m_numChunks, [&](std::size_t chunk) {
     std::uint32_t* places = m_counts.data() + chunk * numBins();
-    const std::size_t end = numCells * (chunk + 1) / m_numChunks;
-    for (std::size_t cell = numCells * chunk / m_numChunks; cell < end; ++cell) {
-      const Box box = boxOf(cell);
-      if (box.isEmpty()) continue;
-      forEachBin(box, [&](std::size_t bin, const auto& mask) {
-        m_entries[m_offsets[bin] + places[bin]++] = static_cast<std::uint64_t>(cell) << MASK_BITS | mask();
-      });
-    }
+    visitChunk(chunk, numCells, boxesOf, [&](std::size_t cell, std::size_t bin, std::uint64_t mask) {
+      m_entries[m_offsets[bin] + places[bin]++] = static_cast<std::uint64_t>(cell) << MASK_BITS | mask;
+    });
   });
 }
 
-void CellBins::build(Run& run, std::size_t numCells, const Box& bounds, const BoxOf& boxOf) {
+void CellBins::build(Run& run, std::size_t numCells, const Box& bounds, const BoxesOf& boxesOf) {
   clear();
   if (numCells == 0 || bounds.isEmpty()) {
     run.phase("count cells", 0, [](std::size_t) {});
@@ -139,15 +149,15 @@ void CellBins::build(Run& run, std::size_t numCells, const Box& bounds, const Bo
   m_bounds = bounds;
   m_numChunks =
       std::min<std::size_t>(static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()) * 2, MAX_CHUNKS);
-  chooseWidths(numCells, boxOf);
+  chooseWidths(numCells, boxesOf);
   for (;;) {
-    const std::size_t numEntries = count(run, numCells, boxOf);
+    const std::size_t numEntries = count(run, numCells, boxesOf);
     const double bytes = 8.0 * static_cast<double>(numEntries) +
                          (8.0 + 4.0 * static_cast<double>(m_numChunks)) * static_cast<double>(numBins());
     if (bytes <= MAX_BYTES_PER_CELL * static_cast<double>(numCells) || numBins() == 1) break;
     setWidths(m_widths * 1.3, numCells);
   }
-  fill(run, numCells, boxOf);
+  fill(run, numCells, boxesOf);
   m_counts.clear();
 }
 

@@ -21,13 +21,14 @@ namespace kx {
 /// during the build included; the content does not depend on the number of threads.
 class CellBins {
 public:
-  /// The box of a cell; an empty one leaves the cell out. Called at least twice a cell, by many threads.
-  using BoxOf = std::function<Box(std::size_t cell)>;
+  /// Writes the boxes of the cells [begin, end); an empty one leaves its cell out. Called at least twice a cell, by
+  /// many threads.
+  using BoxesOf = std::function<void(std::size_t begin, std::size_t end, Box* boxes)>;
   static constexpr std::size_t NUM_PHASES = 2;
   static constexpr std::size_t NO_CELL = static_cast<std::size_t>(-1);
 
   /// `bounds`: a box around the cells, but for bulges and tolerances.
-  void build(Run& run, std::size_t numCells, const Box& bounds, const BoxOf& boxOf);
+  void build(Run& run, std::size_t numCells, const Box& bounds, const BoxesOf& boxesOf);
   void clear();
   std::size_t getByteSize() const { return m_offsets.getByteSize() + m_entries.getByteSize(); }
 
@@ -54,10 +55,10 @@ private:
   static constexpr unsigned MASK_BITS = 24;
   using Slots = std::array<std::size_t, 3>;
 
-  void chooseWidths(std::size_t numCells, const BoxOf& boxOf);
+  void chooseWidths(std::size_t numCells, const BoxesOf& boxesOf);
   void setWidths(const KbVec3<double>& widths, std::size_t numCells);
-  std::size_t count(Run& run, std::size_t numCells, const BoxOf& boxOf);
-  void fill(Run& run, std::size_t numCells, const BoxOf& boxOf);
+  std::size_t count(Run& run, std::size_t numCells, const BoxesOf& boxesOf);
+  void fill(Run& run, std::size_t numCells, const BoxesOf& boxesOf);
   std::size_t numBins() const { return m_numBins[0] * m_numBins[1] * m_numBins[2]; }
   std::size_t slotOf(double x, std::size_t axis) const {
     const double slot = (x - m_bounds.low[axis]) * m_slotsPerLength[axis];
@@ -65,6 +66,8 @@ private:
   }
   template <class Visit>
   void forEachBin(const Box& box, const Visit& visit) const;
+  template <class Visit>
+  void visitChunk(std::size_t chunk, std::size_t numCells, const BoxesOf& boxesOf, const Visit& visit) const;
 
   Box m_bounds;
   KbVec3<double> m_widths;

@@ -81,7 +81,10 @@ void SurfaceLocator::update(Run& run, const Changes& changes, Faults& faults) {
   m_cells.emplace(m_makeCells());
   const Box bounds = findBounds(run);
   m_tolerance = TOLERANCE * bounds.diagonal();
-  m_bins.build(run, m_cells->numCells, bounds, [&](std::size_t cell) { return boxOf(cell, faults); });
+  m_bins.build(run, m_cells->numCells, bounds, [&](std::size_t begin, std::size_t end, Box* boxes) {
+    for (std::size_t cell = begin; cell < end; ++cell)
+      boxes[cell - begin] = boxOf(cell, faults);
+  });
   m_isReady = true;
 }
 

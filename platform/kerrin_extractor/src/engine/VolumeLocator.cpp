@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace kx {
 namespace {
@@ -38,6 +39,45 @@ const KiVolumeTopologyExplicitI* topologyOf(const Cells& cells) {
     return nullptr;
   else
     return cells.topology;
+}
+
+/// The box of a linear cell, by positions of three `Scalar`s. Empty, and the reason told, where there is none.
+template <class Scalar, class PointAt>
+Box cornerBox(const MeshView& mesh, std::size_t cell, const CellNodes& corners, std::size_t numCorners,
+              const PointAt& pointAt, Faults& faults) {
+  std::size_t greatest = 0;
+  for (std::size_t c = 0; c < numCorners; ++c)
+    greatest = std::max(greatest, (corners[c] >> mesh.slotBits) - mesh.beginNode);
+  if (greatest >= mesh.endNode - mesh.beginNode) {
+    faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+    return {};
+  }
+  constexpr Scalar INFINITE = std::numeric_limits<Scalar>::infinity();
+  std::array<Scalar, 3> low{INFINITE, INFINITE, INFINITE};
+  std::array<Scalar, 3> high{-INFINITE, -INFINITE, -INFINITE};
+  Scalar notFinite = 0; // becomes NaN
+  for (std::size_t c = 0; c < numCorners; ++c) {
+    const auto& p = pointAt(corners[c]);
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const Scalar x = p[axis];
+      low[axis] = std::min(low[axis], x);
+      high[axis] = std::max(high[axis], x);
+      notFinite += x - x;
+    }
+  }
+  if (!(notFinite == 0)) {
+    faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+    return {};
+  }
+  Box box;
+  double margin = 0.0;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    box.low[axis] = static_cast<double>(low[axis]);
+    box.high[axis] = static_cast<double>(high[axis]);
+    margin += BOX_MARGIN * (box.high[axis] - box.low[axis]);
+  }
+  box.grow(margin);
+  return box;
 }
 
 /// Where a coordinate lies among the ascending or descending positions along an axis: in one interval, or in two when
@@ -94,7 +134,8 @@ void VolumeLocator::update(Run& run, const Changes& changes, Faults& faults) {
   } else {
     m_hasGeneralCells = false;
     m_reach = findBounds(run);
-    m_bins.build(run, m_mesh->numCells, m_reach, [&](std::size_t cell) { return boxOf(cell, faults); });
+    m_bins.build(run, m_mesh->numCells, m_reach,
+                 [&](std::size_t begin, std::size_t end, Box* boxes) { findBoxes(begin, end, boxes, faults); });
     m_reach.grow(m_reach.diagonal() * (m_hasGeneralCells ? CURVED_MARGIN : BOX_MARGIN));
   }
   m_isReady = true;
@@ -147,39 +188,53 @@ bool VolumeLocator::isGeneral(std::size_t cell) const {
       m_mesh->cells);
 }
 
-Box VolumeLocator::boxOf(std::size_t cell, Faults& faults) {
+void VolumeLocator::findBoxes(std::size_t begin, std::size_t end, Box* boxes, Faults& faults) {
+  const MeshView& mesh = *m_mesh;
+  const bool hasClosedCells = mesh.hasClosedCells();
+  const auto findAll = [&]<class Scalar>(const auto& cells, const auto& pointAt) {
+    for (std::size_t cell = begin; cell < end; ++cell) {
+      Box& box = boxes[cell - begin];
+      box = {};
+      if (hasClosedCells && !mesh.isOpen(cell)) continue;
+      CellNodes corners;
+      const CellCode code = cells.load(cell, corners);
+      if (code == UNREADABLE)
+        faults.add(Faults::UNREADABLE_CELL, cell);
+      else if (code == POLYHEDRON || numNodesOf(cells, cell) != NUM_CORNERS[code])
+        box = generalBox(cell, code, faults);
+      else
+        box = cornerBox<Scalar>(mesh, cell, corners, NUM_CORNERS[code], pointAt, faults);
+    }
+  };
+  std::visit(
+      [&](const auto& cells) {
+        if (mesh.points.kind == PointView::Kind::FLOATS) {
+          const auto* array = static_cast<const float*>(mesh.points.array);
+          findAll.template operator()<float>(cells, [array](std::size_t id) { return array + 3 * id; });
+        } else {
+          findAll.template operator()<double>(cells, [&](std::size_t id) { return mesh.points[id]; });
+        }
+      },
+      mesh.cells);
+}
+
+Box VolumeLocator::generalBox(std::size_t cell, CellCode code, Faults& faults) {
+  m_hasGeneralCells.store(true, std::memory_order_relaxed);
+  const KiVolumeCell* general = m_topology->getCell(cell);
   Box box;
-  if (m_mesh->hasClosedCells() && !m_mesh->isOpen(cell)) return box;
-  CellNodes corners;
-  const CellCode code = std::visit([&](const auto& cells) { return cells.load(cell, corners); }, m_mesh->cells);
-  if (code == UNREADABLE) {
-    faults.add(Faults::UNREADABLE_CELL, cell);
-    return box;
-  }
-  const auto add = [&](std::size_t node) {
-    const bool isInRange = node >= m_mesh->beginNode && node < m_mesh->endNode;
-    if (!isInRange) {
+  for (std::size_t i = 0; i < general->getNumNodes(); ++i) {
+    const std::size_t node = general->getNodeIndex(i);
+    if (node < m_mesh->beginNode || node >= m_mesh->endNode) {
       faults.add(Faults::NODE_OUT_OF_RANGE, cell);
-      return false;
+      return {};
     }
     const Vec3 p = m_mesh->points[node];
     if (!isFinite(p)) {
       faults.add(Faults::COORDINATE_NOT_FINITE, cell);
-      return false;
+      return {};
     }
     box.add(p);
-    return true;
-  };
-  if (!isGeneral(cell)) {
-    for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
-      if (!add(corners[i])) return {};
-    box.grow(box.diagonal() * BOX_MARGIN);
-    return box;
   }
-  m_hasGeneralCells.store(true, std::memory_order_relaxed);
-  const KiVolumeCell* general = m_topology->getCell(cell);
-  for (std::size_t i = 0; i < general->getNumNodes(); ++i)
-    if (!add(general->getNodeIndex(i))) return {};
   box.grow(box.diagonal() * (code == POLYHEDRON ? BOX_MARGIN : CURVED_MARGIN));
   return box;
 }

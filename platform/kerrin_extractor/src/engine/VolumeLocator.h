@@ -62,7 +62,8 @@ private:
   /// Whether a cell is neither one of the four linear shapes nor unreadable.
   bool isGeneral(std::size_t cell) const;
   bool checkAxes(Faults& faults) const;
-  Box boxOf(std::size_t cell, Faults& faults);
+  void findBoxes(std::size_t begin, std::size_t end, Box* boxes, Faults& faults);
+  Box generalBox(std::size_t cell, CellCode code, Faults& faults);
   Box findBounds(Run& run) const;
 
   bool m_hasAxes; ///< no bins are needed
