@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The outline family: the feature edges of the skin of a volume mesh, or of a surface mesh.
+#include "FacesOfMesh.h"
 #include "PickShell.h"
+#include "SurfaceParts.h"
 #include "src/engine/FaceWriter.h"
 #include "src/engine/LineMesh.h"
 #include "src/engine/OutlineTracer.h"
@@ -29,15 +31,11 @@ struct SkinOfMesh {
   kx::OutlineTracer::SideOf sideOf;
 
   SkinOfMesh(kx::Run& run, const MeshView& mesh, kx::Faults& faults) {
-    if (mesh.isStructured)
-      kx::StructuredSkin::find(run, mesh, {}, m_faces);
-    else
-      kx::UnstructuredSkin::find(run, mesh, {}, m_faces, faults);
-    kx::FaceWriter::write(run, mesh, m_faces, surface, faults, mesh.isStructured ? &m_faceOfPolygon : nullptr);
-    if (mesh.isStructured)
-      sideOf = [this, &mesh](std::size_t polygon) {
-        return sideOfFace(mesh.cellDims, m_faces[m_faceOfPolygon[polygon]]);
-      };
+    kx::StructuredSkin::find(run, mesh, {}, m_faces);
+    kx::FaceWriter::write(run, mesh, m_faces, surface, faults, &m_faceOfPolygon);
+    sideOf = [this, &mesh](std::size_t polygon) {
+      return sideOfFace(mesh.cellDims, m_faces[m_faceOfPolygon[polygon]]);
+    };
   }
   SkinOfMesh(const SkinOfMesh&) = delete;
   SkinOfMesh& operator=(const SkinOfMesh&) = delete;
@@ -72,9 +70,7 @@ std::size_t endIdOf(const MeshView& mesh) { return mesh.endNode << mesh.slotBits
 std::size_t endIdOf(const FlatMesh& mesh) { return mesh.endNode; }
 
 std::size_t numSurfacePhases(const MeshView& mesh) {
-  const std::size_t numFindPhases =
-      mesh.isStructured ? kx::StructuredSkin::numPhases(mesh) : kx::UnstructuredSkin::NUM_PHASES;
-  return numFindPhases + kx::FaceWriter::NUM_PHASES;
+  return kx::StructuredSkin::numPhases(mesh) + kx::FaceWriter::NUM_PHASES;
 }
 std::size_t numSurfacePhases(const FlatMesh&) { return kx::SurfaceWriter::NUM_PHASES; }
 
@@ -117,9 +113,32 @@ public:
   }
 };
 
-template <class View>
+/// The outline of an unstructured mesh of the faces `Faces`.
+template <class Faces>
+class OutlineParts {
+public:
+  template <class Mesh>
+  OutlineParts(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
+      : m_parts(mesh, parallel, name)
+      , m_tessellator(tessellator) {}
+
+  const KeXLineMeshUnstructured& extract(KiExtractorCallback* callback, const KiCellFilterI* filter) {
+    return m_parts.extractLines(callback, m_tessellator, filter, kx::OutlineTracer::Selection::FEATURES);
+  }
+  template <class T, template <class> class Set>
+  const KeXDataSetI<T>* map(KiExtractorCallback* callback, const Set<T>& set) {
+    return m_parts.map(callback, set);
+  }
+  const KeXLineMeshUnstructured& output() const { return m_parts.lines(); }
+
+private:
+  kx::SurfaceParts<Faces> m_parts;
+  const KiTessellator* m_tessellator;
+};
+
+template <class Faces>
 using UnstructuredOutline =
-    OutlineExtract<kx::PickShell<KiOutlineExtractUnstructured, Outline<View>, KiDataSetI>, KiCellFilterI>;
+    OutlineExtract<kx::PickShell<KiOutlineExtractUnstructured, OutlineParts<Faces>, KiDataSetI>, KiCellFilterI>;
 using IjOutline = OutlineExtract<kx::PickShell<KiOutlineExtractIj, Outline<FlatMesh>, KiDataSetIj>, KiCellFilterIj>;
 using IjkOutline = OutlineExtract<kx::PickShell<KiOutlineExtractIjk, Outline<MeshView>, KiDataSetIjk>, KiCellFilterIjk>;
 using HexahedronOutline =
@@ -128,12 +147,12 @@ using HexahedronOutline =
 } // namespace
 
 KiOutlineExtractUnstructured* KiOutlineExtractUnstructured::getNewInstance(const KiVolumeMeshUnstructured& mesh,
-                                                                           bool parallel, KiTessellator*) {
-  return new UnstructuredOutline<MeshView>(mesh, parallel, "KiOutlineExtractUnstructured");
+                                                                           bool parallel, KiTessellator* tessellator) {
+  return new UnstructuredOutline<kx::SkinAsFaces>(mesh, parallel, "KiOutlineExtractUnstructured", tessellator);
 }
 KiOutlineExtractUnstructured* KiOutlineExtractUnstructured::getNewInstance(const KiSurfaceMeshUnstructured& mesh,
-                                                                           bool parallel, KiTessellator*) {
-  return new UnstructuredOutline<FlatMesh>(mesh, parallel, "KiOutlineExtractUnstructured");
+                                                                           bool parallel, KiTessellator* tessellator) {
+  return new UnstructuredOutline<kx::CellsAsFaces>(mesh, parallel, "KiOutlineExtractUnstructured", tessellator);
 }
 KiOutlineExtractHexahedronIjk* KiOutlineExtractHexahedronIjk::getNewInstance(const KiVolumeMeshHexahedronIjk& mesh,
                                                                              bool parallel, KiTessellator*) {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The skin family: the faces of open cells that no other open cell shares.
+#include "FacesOfMesh.h"
 #include "PickShell.h"
+#include "SurfaceParts.h"
 #include "src/engine/BoxSkin.h"
 #include "src/engine/FaceWriter.h"
 #include "src/engine/Product.h"
 #include "src/engine/StructuredSkin.h"
-#include "src/engine/UnstructuredSkin.h"
 
 #include <KerrinExtractor/KiSkinExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiSkinExtractIjk.h>
@@ -16,7 +17,7 @@ namespace {
 using kx::MeshView;
 using kx::SurfaceData;
 
-/// The skin of a mesh of any kind, with its cell ranges.
+/// The skin of a structured mesh of any kind, with its cell ranges.
 class Skin {
 public:
   template <class Mesh>
@@ -32,7 +33,6 @@ public:
   template <class Filter>
   const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, const Filter* filter) {
     const auto numPhases = [this](const MeshView& mesh) {
-      if (!mesh.isStructured) return kx::UnstructuredSkin::NUM_PHASES + kx::FaceWriter::NUM_PHASES;
       if (kx::BoxSkin::find(mesh, m_ranges)) return kx::BoxSkin::NUM_PHASES;
       return kx::StructuredSkin::numPhases(mesh) + kx::FaceWriter::NUM_PHASES;
     };
@@ -41,10 +41,7 @@ public:
                               const std::optional<kx::IndexBox> box = kx::BoxSkin::find(mesh, m_ranges);
                               if (box && kx::BoxSkin::write(run, mesh, *box, data)) return;
                               kx::FaceList faces;
-                              if (mesh.isStructured)
-                                kx::StructuredSkin::find(run, mesh, m_ranges, faces);
-                              else
-                                kx::UnstructuredSkin::find(run, mesh, m_ranges, faces, faults);
+                              kx::StructuredSkin::find(run, mesh, m_ranges, faces);
                               kx::FaceWriter::write(run, mesh, faces, data, faults);
                             });
   }
@@ -71,12 +68,48 @@ public:
   }
 };
 
+/// The same on an unstructured mesh.
+class SkinParts {
+public:
+  SkinParts(const KiVolumeMeshUnstructured& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
+      : m_parts(mesh, parallel, name)
+      , m_tessellator(tessellator) {}
+
+  void addRange(std::size_t min, std::size_t max) { m_parts.faces().ranges.add(min, max); }
+  void clearRanges() { m_parts.faces().ranges.clear(); }
+  const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, const KiCellFilterI* filter) {
+    return m_parts.extract(callback, m_tessellator, filter);
+  }
+  const KeXLineMeshUnstructured* extractLines(KiExtractorCallback* callback, const KiCellFilterI* filter) {
+    if (!isSubdivided()) return nullptr;
+    return &m_parts.extractLines(callback, m_tessellator, filter, kx::OutlineTracer::Selection::ALL);
+  }
+  const KeXPointMeshCurvilinear* extractPoints(KiExtractorCallback* callback, const KiCellFilterI* filter) {
+    return isSubdivided() ? &m_parts.extractPoints(callback, true, filter) : nullptr;
+  }
+  template <class T, template <class> class Set>
+  const KeXDataSetI<T>* map(KiExtractorCallback* callback, const Set<T>& set) {
+    return m_parts.map(callback, set);
+  }
+  const KeXSurfaceMeshUnstructured& output() const { return m_parts.output(); }
+
+private:
+  bool isSubdivided() { return m_tessellator && m_parts.hasQuadraticCells(); }
+
+  kx::SurfaceParts<kx::SkinAsFaces> m_parts;
+  const KiTessellator* m_tessellator;
+};
+
 class SkinUnstructured final
-    : public SkinExtract<kx::PickShell<KiSkinExtractUnstructured, Skin, KiDataSetI>, std::size_t, KiCellFilterI> {
+    : public SkinExtract<kx::PickShell<KiSkinExtractUnstructured, SkinParts, KiDataSetI>, std::size_t, KiCellFilterI> {
 public:
   using SkinExtract::SkinExtract;
-  const KeXLineMeshUnstructured* extractLines(const KiCellFilterI*) override { return nullptr; }
-  const KeXPointMeshCurvilinear* extractPoints(const KiCellFilterI*) override { return nullptr; }
+  const KeXLineMeshUnstructured* extractLines(const KiCellFilterI* filter) override {
+    return m_state.extractLines(getExtractorCallback(), filter);
+  }
+  const KeXPointMeshCurvilinear* extractPoints(const KiCellFilterI* filter) override {
+    return m_state.extractPoints(getExtractorCallback(), filter);
+  }
 };
 
 template <class Shell>
@@ -87,8 +120,8 @@ using SkinHexahedronIjk = SkinStructured<kx::PickShellHexahedronIjk<KiSkinExtrac
 } // namespace
 
 KiSkinExtractUnstructured* KiSkinExtractUnstructured::getNewInstance(const KiVolumeMeshUnstructured& mesh,
-                                                                     bool parallel, KiTessellator*) {
-  return new SkinUnstructured(mesh, parallel, "KiSkinExtractUnstructured");
+                                                                     bool parallel, KiTessellator* tessellator) {
+  return new SkinUnstructured(mesh, parallel, "KiSkinExtractUnstructured", tessellator);
 }
 KiSkinExtractHexahedronIjk* KiSkinExtractHexahedronIjk::getNewInstance(const KiVolumeMeshHexahedronIjk& mesh,
                                                                        bool parallel, KiTessellator*) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Unstructured surface meshes as polygons, their edges and their points.
+#include "FacesOfMesh.h"
 #include "SurfaceParts.h"
-#include "src/engine/SurfaceWriter.h"
 
 #include <KerrinExtractor/KiSurfaceExtractUnstructured.h>
 #include <KerrinExtractor/KiTessellatedSurfaceExtract.h>
@@ -10,21 +10,6 @@
 namespace {
 
 using Vec3 = KbVec3<double>;
-
-/// All cells of the mesh.
-struct CellsAsFaces {
-  using View = kx::FlatMesh;
-  static constexpr std::size_t NUM_PHASES = kx::SurfaceWriter::NUM_PHASES;
-  static constexpr std::size_t NUM_COLLECT_PHASES = 0;
-
-  std::vector<std::size_t> parameters() const { return {}; }
-  void write(kx::Run& run, const View& mesh, kx::SurfaceData& surface, kx::Faults& faults) const {
-    kx::SurfaceWriter::write(run, mesh, surface, faults);
-  }
-  kx::FaceSource collect(kx::Run&, const View& mesh, kx::Faults& faults) const {
-    return kx::SurfaceWriter::faces(mesh, faults);
-  }
-};
 
 /// The operations that both classes have.
 template <class Interface>
@@ -48,7 +33,7 @@ public:
   const KeXSurfaceMeshUnstructured& getExtract() const override { return m_parts.output(); }
 
 protected:
-  kx::SurfaceParts<CellsAsFaces> m_parts;
+  kx::SurfaceParts<kx::CellsAsFaces> m_parts;
 };
 
 class SurfaceUnstructured final : public SurfaceShell<KiSurfaceExtractUnstructured> {

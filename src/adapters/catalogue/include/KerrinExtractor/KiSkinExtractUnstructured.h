@@ -12,8 +12,8 @@
 /// fault) both faces stay.
 class KERRIN_EXTRACTOR_API KiSkinExtractUnstructured : public KiSurfaceExtractorI<> {
 public:
-  /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear
-  /// cells as linear.
+  /// A new extractor on a mesh, owned by the caller; the mesh and the tessellator must outlive it. A null tessellator
+  /// takes non-linear cells as linear.
   static KiSkinExtractUnstructured* getNewInstance(const KiVolumeMeshUnstructured& mesh, bool parallel,
                                                    KiTessellator* tessellator);
 
@@ -21,7 +21,9 @@ public:
   /// union of all ranges; with no range at all, that of the whole mesh.
   virtual void addCellRange(std::size_t min, std::size_t max) = 0;
   virtual void clearCellRanges() = 0;
-  /// The edges and the nodes of the faces, where a tessellator has subdivided them; null without one.
+  /// The sides of the faces as lines, and their nodes (those in the middles of sides too) as points, each with the cell
+  /// of a face that has it. Null without a tessellator and for meshes without non-linear cells, whose polygons have no
+  /// other edges and corners. Until the next call sets are mapped onto the result.
   virtual const KeXLineMeshUnstructured* extractLines(const KiCellFilterI* filter) = 0;
   virtual const KeXPointMeshCurvilinear* extractPoints(const KiCellFilterI* filter) = 0;
 };
