@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace kx {
 
@@ -37,6 +38,13 @@ protected:
   }
 };
 
+/// A stretch of a line; empty when `begin` > `end`.
+struct Stretch {
+  static constexpr double ENDLESS = std::numeric_limits<double>::infinity();
+  double begin = ENDLESS;
+  double end = -ENDLESS;
+};
+
 /// normal . p = distance, with the normal brought to length 1.
 class PlaneFunction final : public ImplicitFunction {
 public:
@@ -56,6 +64,14 @@ public:
       size += std::abs(a) + std::abs(b);
     }
     return {m_distance - greatest - 1e-12 * size, m_distance - least + 1e-12 * size};
+  }
+  /// Where the line along x through (y, z) is inside, but for rounding. The values themselves never fall and then rise
+  /// along such a line, rounded or not.
+  Stretch insideAlongX(double y, double z) const {
+    const double rest = m_distance - (m_normal[1] * y + m_normal[2] * z);
+    if (m_normal[0] == 0.0) return rest >= 0.0 ? Stretch{-Stretch::ENDLESS, Stretch::ENDLESS} : Stretch{};
+    const double x = rest / m_normal[0];
+    return m_normal[0] > 0.0 ? Stretch{-Stretch::ENDLESS, x} : Stretch{x, Stretch::ENDLESS};
   }
   std::array<double, 7> parameters() const override { return {m_normal[0], m_normal[1], m_normal[2], m_distance}; }
   const char* fault() const override {
@@ -89,6 +105,12 @@ public:
       farthest += across * across;
     }
     return widened(m_radius * m_radius - farthest, m_radius * m_radius - nearest);
+  }
+  /// As of a plane.
+  Stretch insideAlongX(double y, double z) const {
+    const KbVec3<double> d(0.0, y - m_centre[1], z - m_centre[2]);
+    const double half = std::sqrt(std::max(0.0, m_radius * m_radius - d.squaredLength()));
+    return {m_centre[0] - half, m_centre[0] + half};
   }
   std::array<double, 7> parameters() const override { return {m_centre[0], m_centre[1], m_centre[2], m_radius}; }
   const char* fault() const override {
@@ -137,5 +159,18 @@ private:
   KbVec3<double> m_axis;
   double m_radius;
 };
+
+/// Calls `visit` with a function as what it is, so that the loops inside call nothing.
+template <class Visit>
+void withFunction(const ImplicitFunction& function, Visit&& visit) {
+  if (const auto* plane = dynamic_cast<const PlaneFunction*>(&function))
+    visit(*plane);
+  else if (const auto* sphere = dynamic_cast<const SphereFunction*>(&function))
+    visit(*sphere);
+  else if (const auto* cylinder = dynamic_cast<const CylinderFunction*>(&function))
+    visit(*cylinder);
+  else
+    visit(function);
+}
 
 } // namespace kx
