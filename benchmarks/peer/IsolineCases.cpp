@@ -58,6 +58,19 @@ public:
     return sum;
   }
   double measurePeer() const override { return lengthOf(*m_filter->GetOutput()); }
+  std::size_t numInputCells() const override { return m_mesh.getTopology().getNumCells(); }
+  std::size_t numOutputCells() const override {
+    std::size_t sum = 0;
+    for (const KeXLineMeshUnstructured* line : m_first->getExtract())
+      sum += line->getTopology().getNumCells();
+    return sum;
+  }
+  std::shared_ptr<void> copyOutput() const override {
+    const auto clones = std::make_shared<std::vector<std::unique_ptr<KeXLineMeshUnstructured>>>();
+    for (const KeXLineMeshUnstructured* line : m_first->getExtract())
+      clones->emplace_back(line->getNewClone());
+    return clones;
+  }
 
 private:
   /// Every value changes at each turn, the amount of work doesn't.

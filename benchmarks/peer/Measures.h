@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <KerrinExtractor/KeXDataSetI.h>
 #include <KerrinExtractor/KeXLineMeshUnstructured.h>
 #include <KerrinExtractor/KeXSurfaceMeshUnstructured.h>
 
@@ -100,6 +101,15 @@ inline double lengthOf(vtkPolyData& mesh) {
 
 inline std::shared_ptr<void> copyOf(const KeXSurfaceMeshUnstructured& mesh) {
   return std::shared_ptr<KeXSurfaceMeshUnstructured>(mesh.getNewClone());
+}
+
+/// With a set's values on it.
+inline std::shared_ptr<void> copyOf(const KeXSurfaceMeshUnstructured& mesh, const KeXDataSetI<double>& set) {
+  using Clones = std::pair<std::unique_ptr<KeXSurfaceMeshUnstructured>, std::unique_ptr<KeXDataSetI<double>>>;
+  const auto clones = std::make_shared<Clones>();
+  clones->first.reset(mesh.getNewClone());
+  clones->second.reset(set.getNewClone());
+  return clones;
 }
 
 /// Cells of an input mesh of any volume kind.

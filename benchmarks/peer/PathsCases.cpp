@@ -3,6 +3,7 @@
 #include "peer/Measures.h"
 #include "peer/PeerData.h"
 #include "peer/PeerRunner.h"
+#include "peer/PlainViews.h"
 #include "peer/VtkInput.h"
 
 #include <KerrinExtractor/KiPointProbeUnstructured.h>
@@ -51,18 +52,28 @@ public:
       , m_cells(m_arrays.connectivity, nodesPerCell)
       , m_mesh(m_arrays.coordinates, {shape, m_cells.connectivity})
       , m_set("f", DataBinding::PER_NODE, m_arrays.values)
+      , m_plainMesh(m_mesh)
+      , m_plainSet(m_set)
       , m_grid(makeGrid(m_arrays, m_cells, vtkType))
       , m_points(randomPoints(100000, 0.05, 0.95, 12345))
       , m_ours(m_points.size())
       , m_theirs(m_points.size()) {}
 
-  void runFirst(Access) override {
-    m_probe.reset(KiPointProbeUnstructured::getNewInstance(m_mesh, true));
-    runNext(0);
+  void runFirst(Access access) override {
+    const bool hasArrays = access == Access::ARRAYS;
+    m_first.reset();
+    m_first.reset(KiPointProbeUnstructured::getNewInstance(
+        hasArrays ? static_cast<const KiVolumeMeshUnstructured&>(m_mesh) : m_plainMesh, true));
+    probe(*m_first, hasArrays ? static_cast<const KiDataSetI<double>&>(m_set) : m_plainSet);
   }
   void runNext(int) override {
-    if (!m_probe) m_probe.reset(KiPointProbeUnstructured::getNewInstance(m_mesh, true));
-    m_probe->probe(m_points.data(), m_points.size(), nullptr, m_set, nullptr, m_ours.data());
+    if (!m_next) m_next.reset(KiPointProbeUnstructured::getNewInstance(m_mesh, true));
+    probe(*m_next, m_set);
+  }
+  bool runNextVirtual(int) override {
+    if (!m_nextVirtual) m_nextVirtual.reset(KiPointProbeUnstructured::getNewInstance(m_plainMesh, true));
+    probe(*m_nextVirtual, m_plainSet);
+    return true;
   }
   void runPeer() override {
     const vtkNew<PeerLocator> locator;
@@ -88,17 +99,29 @@ public:
   }
   double measureOurs() const override { return std::accumulate(m_ours.begin(), m_ours.end(), 0.0); }
   double measurePeer() const override { return std::accumulate(m_theirs.begin(), m_theirs.end(), 0.0); }
+  std::size_t numInputCells() const override { return m_mesh.getTopology().getNumCells(); }
+  std::size_t numOutputCells() const override { return m_points.size(); }
+  /// The values are in memory of the caller.
+  std::shared_ptr<void> copyOutput() const override { return std::make_shared<int>(); }
 
 private:
+  void probe(KiPointProbeUnstructured& probe, const KiDataSetI<double>& set) {
+    probe.probe(m_points.data(), m_points.size(), nullptr, set, nullptr, m_ours.data());
+  }
+
   KbMeshMaker::Arrays m_arrays;
   Cells m_cells;
   KbVolumeMeshUnstructured m_mesh;
   KbScalarSetI m_set;
+  PlainVolumeMesh m_plainMesh;
+  PlainScalarSetI m_plainSet;
   vtkNew<vtkUnstructuredGrid> m_grid;
   std::vector<Vec3> m_points;
   std::vector<double> m_ours;
   std::vector<double> m_theirs;
-  std::unique_ptr<KiPointProbeUnstructured> m_probe;
+  std::unique_ptr<KiPointProbeUnstructured> m_first;
+  std::unique_ptr<KiPointProbeUnstructured> m_next;
+  std::unique_ptr<KiPointProbeUnstructured> m_nextVirtual;
 };
 
 constexpr double longestStep = 0.02;
@@ -126,18 +149,20 @@ public:
       , m_vectors(abcVectors(m_arrays.coordinates))
       , m_starts(randomPoints(1000, 0.1, 0.9, 777)) {}
 
-  void runFirst(Access) override {
-    m_extractor.reset(Extractor::getNewInstance(*m_mesh, true));
-    m_extractor->setIntegrationStepLengthFactor(longestStep * m_cellsPerLength);
-    runNext(0);
+  void runFirst(Access access) override {
+    const bool hasArrays = access == Access::ARRAYS;
+    m_first.reset();
+    m_first = makeExtractor(hasArrays ? *m_mesh : plainMesh());
+    trace(*m_first, hasArrays ? *m_set : *m_plainSet, 0);
   }
   void runNext(int turn) override {
-    if (!m_extractor) {
-      runFirst(Access::ARRAYS);
-      return;
-    }
-    m_extractor->setMaxLength(turn % 2 == 0 ? maxLength : maxLength * (1.0 + 1e-6));
-    m_extractor->extract(*m_set, m_starts, nullptr);
+    if (!m_next) m_next = makeExtractor(*m_mesh);
+    trace(*m_next, *m_set, turn);
+  }
+  bool runNextVirtual(int turn) override {
+    if (!m_nextVirtual) m_nextVirtual = makeExtractor(plainMesh());
+    trace(*m_nextVirtual, *m_plainSet, turn);
+    return true;
   }
   void runPeer() override {
     m_tracer->Modified();
@@ -145,7 +170,7 @@ public:
   }
   double measureOurs() const override {
     double sum = 0.0;
-    for (const KeXLineMeshCurvilinear* line : m_extractor->getExtract()) {
+    for (const KeXLineMeshCurvilinear* line : m_first->getExtract()) {
       const KeXGeometryExplicit& g = line->getGeometry();
       double length = 0.0;
       for (std::size_t i = 0; i + 1 < g.getNumNodes(); ++i)
@@ -163,6 +188,18 @@ public:
       sum += lengthOf(*output, size, ids) + (size > 0 ? restOf(ids[size - 1]) : 0.0);
     }
     return sum;
+  }
+
+  std::size_t numInputCells() const override { return numCellsOf(*m_mesh); }
+  std::size_t numOutputCells() const override { return m_first->getExtract().size(); }
+  std::shared_ptr<void> copyOutput() const override {
+    const auto lines = std::make_shared<std::vector<std::vector<char>>>();
+    for (const KeXLineMeshCurvilinear* line : m_first->getExtract()) {
+      const KiBuffer& vertices = *line->getGeometry().getVertexBuffer();
+      const auto* bytes = static_cast<const char*>(vertices.getData());
+      lines->emplace_back(bytes, bytes + vertices.getByteSize());
+    }
+    return lines;
   }
 
 protected:
@@ -214,18 +251,37 @@ protected:
   std::vector<Vec3> m_starts;
   double m_cellsPerLength = 1.0;
   std::unique_ptr<Mesh> m_mesh;
+  std::unique_ptr<Mesh> m_plainMesh; ///< null where a mesh has no raw arrays anyhow
   std::unique_ptr<Set> m_set;
-  std::unique_ptr<Extractor> m_extractor;
+  std::unique_ptr<Set> m_plainSet;
   vtkNew<vtkStreamTracer> m_tracer;
+
+private:
+  const Mesh& plainMesh() const { return m_plainMesh ? *m_plainMesh : *m_mesh; }
+  std::unique_ptr<Extractor> makeExtractor(const Mesh& mesh) const {
+    std::unique_ptr<Extractor> extractor(Extractor::getNewInstance(mesh, true));
+    extractor->setIntegrationStepLengthFactor(longestStep * m_cellsPerLength);
+    return extractor;
+  }
+  void trace(Extractor& extractor, const Set& set, int turn) const {
+    extractor.setMaxLength(turn % 2 == 0 ? maxLength : maxLength * (1.0 + 1e-6));
+    extractor.extract(set, m_starts, nullptr);
+  }
+
+  std::unique_ptr<Extractor> m_first;
+  std::unique_ptr<Extractor> m_next;
+  std::unique_ptr<Extractor> m_nextVirtual;
 };
 
-class RegularStreamlineJob final : public StreamlineJob<KiStreamlineExtractIjk, KbVolumeMeshRegular, KbVec3SetIjk> {
+class RegularStreamlineJob final
+    : public StreamlineJob<KiStreamlineExtractIjk, KiVolumeMeshRegular, KiDataSetIjk<Vec3>> {
 public:
   explicit RegularStreamlineJob(std::size_t n)
       : StreamlineJob(KbMeshMaker::lattice({n, n, n})) {
     m_cellsPerLength = static_cast<double>(n);
     m_mesh = std::make_unique<KbVolumeMeshRegular>(KbIndex<3>{n, n, n}, Vec3(0.0), Vec3(1.0));
     m_set = std::make_unique<KbVec3SetIjk>("flow", DataBinding::PER_NODE, m_vectors, KbIndex<3>{n + 1, n + 1, n + 1});
+    m_plainSet = std::make_unique<PlainSetIjk<Vec3>>(*m_set);
     setInput(makeImage(n));
   }
 
@@ -236,7 +292,7 @@ private:
 };
 
 class HexahedraStreamlineJob final
-    : public StreamlineJob<KiStreamlineExtractUnstructured, KbVolumeMeshUnstructured, KbVec3SetI> {
+    : public StreamlineJob<KiStreamlineExtractUnstructured, KiVolumeMeshUnstructured, KiDataSetI<Vec3>> {
 public:
   explicit HexahedraStreamlineJob(std::size_t n)
       : StreamlineJob(KbMeshMaker::hexahedra({n, n, n}, warp))
@@ -245,6 +301,8 @@ public:
     m_mesh = std::make_unique<KbVolumeMeshUnstructured>(m_arrays.coordinates,
                                                         KbCells(KiVolumeCell::HEXAHEDRON, m_cells.connectivity));
     m_set = std::make_unique<KbVec3SetI>("flow", DataBinding::PER_NODE, m_vectors);
+    m_plainMesh = std::make_unique<PlainVolumeMesh>(*m_mesh);
+    m_plainSet = std::make_unique<PlainSetI<Vec3>>(*m_set);
     setInput(makeGrid(m_arrays, m_cells, VTK_HEXAHEDRON));
     const vtkNew<vtkCellLocatorInterpolatedVelocityField> field;
     const vtkNew<vtkStaticCellLocator> locator;
@@ -266,19 +324,25 @@ private:
 } // namespace
 
 std::vector<Case> pathsCases() {
+  // Bins of cells are kept by both families.
+  constexpr double BYTES_PER_CELL = 32;
   return {
       {"probes_hexahedra_100", true,
        [] {
          return std::make_unique<ProbeJob<vtkStaticCellLocator>>(KbMeshMaker::hexahedra({100, 100, 100}, warp),
                                                                  KiVolumeCell::HEXAHEDRON, 8, VTK_HEXAHEDRON);
-       }},
+       },
+       false, BYTES_PER_CELL},
       {"probes_tetrahedra_60", true,
        [] {
          return std::make_unique<ProbeJob<vtkCellTreeLocator>>(KbMeshMaker::tetrahedra({60, 60, 60}, warp),
                                                                KiVolumeCell::TETRAHEDRON, 4, VTK_TETRA);
-       }},
-      {"streamlines_regular_128", true, [] { return std::make_unique<RegularStreamlineJob>(128); }},
-      {"streamlines_hexahedra_60", true, [] { return std::make_unique<HexahedraStreamlineJob>(60); }},
+       },
+       false, BYTES_PER_CELL},
+      {"streamlines_regular_128", true, [] { return std::make_unique<RegularStreamlineJob>(128); }, false,
+       BYTES_PER_CELL},
+      {"streamlines_hexahedra_60", true, [] { return std::make_unique<HexahedraStreamlineJob>(60); }, false,
+       BYTES_PER_CELL},
   };
 }
 

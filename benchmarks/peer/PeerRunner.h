@@ -63,6 +63,7 @@ struct Growth {
 };
 
 std::vector<Growth> isosurfaceGrowth();
+std::vector<Growth> skinGrowth();
 std::vector<Growth> sliceGrowth();
 
 /// Runs a case and prints its line; false when the two sides' measures differ by more than 1e-3.

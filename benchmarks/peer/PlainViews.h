@@ -69,48 +69,59 @@ private:
 };
 
 /// What the sets below have in common; `Source` is a set of kerrin_mesh over floats.
-template <class Interface, class Source>
-class PlainScalarSet : public Interface {
+template <class T, class Interface, class Source>
+class PlainSet : public Interface {
 public:
   std::size_t getTimeStamp() const override { return m_source.getTimeStamp(); }
   std::string getName() const override { return m_source.getName(); }
   DataBinding getBinding() const override { return m_source.getBinding(); }
-  double getMin() const override { return m_source.getMin(); }
-  double getMax() const override { return m_source.getMax(); }
+  T getMin() const override { return m_source.getMin(); }
+  T getMax() const override { return m_source.getMax(); }
 
 protected:
-  explicit PlainScalarSet(const Interface& source)
+  explicit PlainSet(const Interface& source)
       : m_source(dynamic_cast<const Source&>(source))
       , m_values(static_cast<const float*>(m_source.getRawArray(KiRawArrays::VALUES).data)) {}
+  T at(std::size_t i) const {
+    if constexpr (std::is_same_v<T, double>)
+      return static_cast<double>(m_values[i]);
+    else
+      return T(KbVec3<float>(m_values[3 * i], m_values[3 * i + 1], m_values[3 * i + 2]));
+  }
   const Source& m_source;
+
+private:
   const float* m_values;
 };
 
-class PlainScalarSetI final : public PlainScalarSet<KiDataSetI<double>, KbScalarSetI> {
+template <class T>
+class PlainSetI final : public PlainSet<T, KiDataSetI<T>, KbDataSet<T, 1>> {
 public:
-  explicit PlainScalarSetI(const KiDataSetI<double>& source)
-      : PlainScalarSet(source)
+  explicit PlainSetI(const KiDataSetI<T>& source)
+      : PlainSet<T, KiDataSetI<T>, KbDataSet<T, 1>>(source)
       , m_size(source.getSize()) {}
   std::size_t getSize() const override { return m_size; }
-  double get(std::size_t i) const override { return static_cast<double>(m_values[i]); }
+  T get(std::size_t i) const override { return this->at(i); }
 
 private:
   std::size_t m_size;
 };
 
-class PlainScalarSetIjk final : public PlainScalarSet<KiDataSetIjk<double>, KbScalarSetIjk> {
+template <class T>
+class PlainSetIjk final : public PlainSet<T, KiDataSetIjk<T>, KbDataSet<T, 3>> {
 public:
-  explicit PlainScalarSetIjk(const KiDataSetIjk<double>& source)
-      : PlainScalarSet(source)
-      , m_numI(m_source.getCounts()[0])
-      , m_numJ(m_source.getCounts()[1]) {}
-  double get(std::size_t i, std::size_t j, std::size_t k) const override {
-    return static_cast<double>(m_values[i + m_numI * (j + m_numJ * k)]);
-  }
+  explicit PlainSetIjk(const KiDataSetIjk<T>& source)
+      : PlainSet<T, KiDataSetIjk<T>, KbDataSet<T, 3>>(source)
+      , m_numI(this->m_source.getCounts()[0])
+      , m_numJ(this->m_source.getCounts()[1]) {}
+  T get(std::size_t i, std::size_t j, std::size_t k) const override { return this->at(i + m_numI * (j + m_numJ * k)); }
 
 private:
   std::size_t m_numI;
   std::size_t m_numJ;
 };
+
+using PlainScalarSetI = PlainSetI<double>;
+using PlainScalarSetIjk = PlainSetIjk<double>;
 
 } // namespace peer

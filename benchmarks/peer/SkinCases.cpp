@@ -49,6 +49,11 @@ public:
   }
   double measureOurs() const override { return areaOf(m_first->getExtract()); }
   double measurePeer() const override { return areaOf(*m_filter->GetOutput()); }
+  std::size_t numInputCells() const override { return numCellsOf(*m_mesh); }
+  std::size_t numOutputCells() const override { return m_first->getExtract().getTopology().getNumCells(); }
+  std::shared_ptr<void> copyOutput() const override {
+    return copyOf(m_first->getExtract(), *m_first->extractScalarSet(*m_set));
+  }
 
 protected:
   void setInput(vtkDataSet* data) {
@@ -152,6 +157,11 @@ public:
   }
   double measureOurs() const override { return lengthOf(m_first->getExtract()); }
   double measurePeer() const override { return lengthOf(*m_filter->GetOutput()); }
+  std::size_t numInputCells() const override { return m_mesh.getTopology().getNumCells(); }
+  std::size_t numOutputCells() const override { return m_first->getExtract().getTopology().getNumCells(); }
+  std::shared_ptr<void> copyOutput() const override {
+    return std::shared_ptr<KeXLineMeshUnstructured>(m_first->getExtract().getNewClone());
+  }
 
 private:
   class AllCells final : public KiCellFilterI {
@@ -181,6 +191,16 @@ std::unique_ptr<Job> makeHexahedra(std::size_t n) {
 }
 
 } // namespace
+
+std::vector<Growth> skinGrowth() {
+  return {
+      {"skin_hexahedra", false, {64, 96, 128, 192, 256}, makeHexahedra},
+      {"skin_curvilinear",
+       true,
+       {64, 96, 128, 192, 256, 400},
+       [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
+  };
+}
 
 std::vector<Case> skinCases() {
   return {

@@ -120,13 +120,8 @@ public:
   double measureOurs() const override { return areaOf(m_first->getExtract()); }
   std::size_t numInputCells() const override { return numCellsOf(m_mesh); }
   std::size_t numOutputCells() const override { return m_first->getExtract().getTopology().getNumCells(); }
-  /// With the set's values on it.
   std::shared_ptr<void> copyOutput() const override {
-    using Clones = std::pair<std::unique_ptr<KeXSurfaceMeshUnstructured>, std::unique_ptr<KeXDataSetI<double>>>;
-    const auto clones = std::make_shared<Clones>();
-    clones->first.reset(m_first->getExtract().getNewClone());
-    clones->second.reset(m_first->extractScalarSet(m_set)->getNewClone());
-    return clones;
+    return copyOf(m_first->getExtract(), *m_first->extractScalarSet(m_set));
   }
   double measurePeer() const override { return areaOfOutput(*m_peer); }
 
