@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Cells shown as shapes of their own, on all kinds of meshes that have them.
 #include "LineTestTools.h"
+#include "extractor/PickTestTools.h"
+#include "extractor/QuadraticMeshes.h"
 
 #include <KerrinExtractor/KiCellExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiCellExtractIj.h>
 #include <KerrinExtractor/KiCellExtractIjk.h>
 #include <KerrinExtractor/KiCellExtractUnstructured.h>
+#include <KerrinExtractor/KiTessellator.h>
 #include <KerrinMesh/KbCellListFilter.h>
 #include <KerrinMesh/KbDataSet.h>
 #include <KerrinMesh/KbMeshMaker.h>
@@ -22,6 +25,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <numbers>
 
 namespace {
 
@@ -195,6 +199,56 @@ TEST(CellExtract, RefusesAFactorThatLeavesNothing) {
   EXPECT_EQ(extractor->extract(-1.0, nullptr).getTopology().getNumCells(), 0u);
   ASSERT_EQ(messages.all().size(), 1u);
   EXPECT_EQ(messages.all()[0], "KiCellExtractIj::extract: the factor -1.000000 is not greater than 0");
+}
+
+TEST(CellExtract, CurvedCellsFillABallByTheCubeOfTheFactor) {
+  constexpr double FACTOR = 0.6;
+  const double volume = FACTOR * FACTOR * FACTOR * 4.0 * std::numbers::pi / 3.0;
+  const std::unique_ptr<KiTessellator> tessellator(KiTessellator::getNewTessellatorBasic(1e-4, 4));
+  for (const quadratic::Maker& maker : quadratic::MAKERS) {
+    SCOPED_TRACE(maker.name);
+    const quadratic::Mesh q = quadratic::volume(maker.make({4, 4, 4}, 0.0, KbMeshMaker::wave), quadratic::ball);
+    const KbVolumeMeshUnstructured mesh(q.coordinates, q.cells());
+    const KbVec3SetI positions("positions", DataBinding::PER_NODE, q.coordinates);
+    const auto make = [&](KiTessellator* t, bool parallel) {
+      return std::unique_ptr<KiCellExtractUnstructured>(KiCellExtractUnstructured::getNewInstance(mesh, parallel, t));
+    };
+    const auto curved = make(tessellator.get(), false);
+    const pick::Surface fine(curved->extract(FACTOR, nullptr));
+    const double coarseError =
+        std::abs(pick::Surface(make(nullptr, false)->extract(FACTOR, nullptr)).volume() - volume);
+    EXPECT_LT(std::abs(fine.volume() - volume), 0.05 * coarseError);
+    EXPECT_EQ(fine.numOpenEdges(), 0u) << "each cell is closed by itself";
+    EXPECT_EQ(pick::bytesOf(curved->getExtract()),
+              pick::bytesOf(make(tessellator.get(), true)->extract(FACTOR, nullptr)));
+
+    // Unshrunken, the positions of the nodes are mapped to the vertices themselves.
+    const KeXSurfaceMeshUnstructured& whole = curved->extract({3, 99999, 1, 3}, 1.0, nullptr);
+    const KeXDataSetI<KbVec3<double>>* mapped = curved->extractVec3Set(positions);
+    ASSERT_NE(mapped, nullptr);
+    ASSERT_EQ(mapped->getSize(), whole.getGeometry().getNumNodes());
+    for (std::size_t v = 0; v < mapped->getSize(); ++v)
+      EXPECT_LT((mapped->get(v) - whole.getGeometry().getCoord(v)).length(), 1e-6);
+    std::vector<std::size_t> cells;
+    for (std::size_t p = 0; p < whole.getTopology().getNumCells(); ++p)
+      if (const std::size_t c = whole.getTopology().getInputCellIndexI(p); cells.empty() || cells.back() != c)
+        cells.push_back(c);
+    EXPECT_EQ(cells, (std::vector<std::size_t>{3, 1, 3}));
+  }
+}
+
+TEST(CellExtract, CurvedSurfaceCellsShrinkToo) {
+  const auto cap = [](const KbVec3<double>& p) { return KbVec3<double>(p[0], p[1], 1.0).normalized(); };
+  const quadratic::Mesh q = quadratic::surface(KbMeshMaker::quadrangles({3, 3}), cap);
+  const KbSurfaceMeshUnstructured mesh(q.coordinates, q.cells());
+  const std::unique_ptr<KiTessellator> tessellator(KiTessellator::getNewTessellatorBasic(1e-4, 4));
+  const std::unique_ptr<KiCellExtractUnstructured> curved(
+      KiCellExtractUnstructured::getNewInstance(mesh, false, tessellator.get()));
+  const std::unique_ptr<KiCellExtractUnstructured> corners(
+      KiCellExtractUnstructured::getNewInstance(mesh, false, nullptr));
+  const double area = 0.25 * 4.0 * std::numbers::pi / 6.0;
+  EXPECT_NEAR(pick::Surface(curved->extract(0.5, nullptr)).area(), area, 4e-3 * area);
+  EXPECT_LT(pick::Surface(corners->extract(0.5, nullptr)).area(), 0.99 * area);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellForm.h"
 
+#include "src/contract/CellFaces.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -193,6 +195,10 @@ void CellForm::join(const EdgeMiddles& middles) {
   numNodes = numCorners + edges.count;
 }
 
+std::size_t CellForm::numFaces() const {
+  const int code = (static_cast<int>(shape) - static_cast<int>(ReferenceShape::TETRAHEDRON)) % 4;
+  return CELL_FACES[static_cast<std::size_t>(code)].numFaces;
+}
 std::size_t CellForm::numEdges() const { return edgesOf(shape).count; }
 std::array<std::uint8_t, 2> CellForm::edge(std::size_t e) const { return edgesOf(shape).ends[e]; }
 

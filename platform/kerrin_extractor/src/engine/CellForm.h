@@ -84,6 +84,7 @@ public:
   /// Gives a linear cell the middles that quadratic neighbours have on its edges.
   void join(const EdgeMiddles& middles);
 
+  std::size_t numFaces() const; ///< of a volume cell
   std::size_t numEdges() const;
   /// Corner numbers of an edge's ends.
   std::array<std::uint8_t, 2> edge(std::size_t e) const;

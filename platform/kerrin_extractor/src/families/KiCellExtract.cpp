@@ -2,7 +2,9 @@
 // The cell extract family: chosen surface and volume cells as shapes of their own, shrunk towards their centres.
 #include "src/engine/CellShape.h"
 #include "src/engine/Extraction.h"
+#include "src/engine/SkinFaces.h"
 #include "src/engine/SurfaceMesh.h"
+#include "src/engine/SurfaceWriter.h"
 
 #include <KerrinExtractor/KiCellExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiCellExtractIj.h>
@@ -17,11 +19,64 @@ namespace {
 using Vec3 = KbVec3<double>;
 using Surface = KeXSurfaceMeshUnstructured;
 
+/// The faces of some cells, with all their nodes.
+struct CellFacesOf {
+  kx::FaceSource source;
+  std::vector<std::size_t> begins; ///< the first face of each cell, and the end
+
+  CellFacesOf(const kx::FlatMesh& mesh, const std::vector<std::size_t>& cells, kx::Faults& faults)
+      : source(kx::SurfaceWriter::faces(mesh, faults)) {
+    source.numFaces = cells.size();
+    source.makeReader = [&cells, makeReader = std::move(source.makeReader)]() -> kx::FaceSource::Reader {
+      return [&cells, read = makeReader()](std::size_t n, kx::FaceNodes& face) { return read(cells[n], face); };
+    };
+    for (std::size_t n = 0; n <= cells.size(); ++n)
+      begins.push_back(n);
+  }
+  CellFacesOf(const kx::MeshView& mesh, const std::vector<std::size_t>& cells, kx::Faults& faults) {
+    kx::CellForm form;
+    std::vector<std::vector<std::size_t>> polyhedron;
+    std::vector<std::size_t> nodes;
+    for (const std::size_t cell : cells) {
+      begins.push_back(begins.empty() ? 0 : begins.back() + m_counts.back());
+      if (form.loadVolume(mesh, cell)) {
+        m_counts.push_back(form.numFaces());
+      } else {
+        const bool isReadable = mesh.loadPolyhedron(cell, polyhedron, nodes);
+        if (!isReadable) faults.add(kx::Faults::UNREADABLE_CELL, cell);
+        m_counts.push_back(isReadable ? polyhedron.size() : 0);
+      }
+    }
+    begins.push_back(begins.empty() ? 0 : begins.back() + m_counts.back());
+    const auto faces = std::make_shared<kx::FaceList>();
+    faces->resize(begins.back());
+    for (std::size_t n = 0; n < cells.size(); ++n)
+      for (std::size_t f = 0; f < m_counts[n]; ++f)
+        (*faces)[begins[n] + f] = {cells[n], f};
+    source = kx::skinFaces(mesh, faces, faults);
+  }
+
+private:
+  std::vector<std::size_t> m_counts;
+};
+
+/// The mean of a readable cell's corners.
+template <class View>
+Vec3 centreOf(const View& mesh, std::size_t cell) {
+  kx::CellShape shape;
+  kx::Faults none("");
+  shape.load(mesh, cell, none);
+  return shape.centre();
+}
+
 /// What all forms share. `View` is `kx::FlatMesh` or `kx::MeshView`. Chosen cells come as flat indices.
 template <class View>
 class Cells final : public kx::Extraction<View> {
 public:
-  using kx::Extraction<View>::Extraction;
+  template <class Mesh>
+  Cells(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
+      : kx::Extraction<View>(mesh, parallel, name)
+      , m_tessellator(tessellator) {}
 
   template <class Filter>
   const Surface& shrink(KiExtractorCallback* callback, const std::vector<std::size_t>* chosen, double factor,
@@ -30,12 +85,16 @@ public:
     parameters.numbers = {factor};
     parameters.choosesCells = chosen != nullptr;
     if (chosen) parameters.cells = *chosen;
+    parameters.tessellatorStamp = m_tessellator ? m_tessellator->getTimeStamp() : 0;
     const std::string fault =
         factor > 0.0 && std::isfinite(factor) ? "" : "the factor " + std::to_string(factor) + " is not greater than 0";
     this->update(callback, std::move(parameters), filter, fault, 2,
                  [&](kx::Run& run, const View& mesh, kx::Faults& faults) {
                    m_sets.dropUnused(m_mesh.outputStamp());
-                   write(run, mesh, chosen, factor, faults);
+                   if (m_tessellator && kx::hasQuadraticCells(mesh))
+                     writeCurved(run, mesh, chosen, factor, faults);
+                   else
+                     write(run, mesh, chosen, factor, faults);
                  });
     return m_mesh;
   }
@@ -46,7 +105,9 @@ public:
     return this
         ->template map<T>(
             callback, set, {{&m_sets, m_mesh.outputStamp(), data.numVertices(), data.numCells()}},
-            [&data](const auto& values, std::size_t, std::size_t v) { return values(data.edgeBegins[v]); },
+            [this, &data](const auto& values, std::size_t, std::size_t v) {
+              return m_blends.valueAt(values, data.edgeBegins[v]);
+            },
             [&data](const auto& values, std::size_t, std::size_t c) { return values(data.inputCells[c]); })
         .front();
   }
@@ -64,6 +125,7 @@ private:
   void write(kx::Run& run, const View& mesh, const std::vector<std::size_t>* chosen, double factor,
              kx::Faults& faults) {
     constexpr std::size_t CHUNK = 4096;
+    m_blends = kx::NodeBlends();
     const std::size_t numCells = chosen ? chosen->size() : mesh.numCells;
     const auto walk = [&](std::size_t chunk, const auto& visit) {
       kx::CellShape shape;
@@ -123,10 +185,27 @@ private:
     });
   }
 
+  void writeCurved(kx::Run& run, const View& mesh, const std::vector<std::size_t>* chosen, double factor,
+                   kx::Faults& faults) {
+    std::vector<std::size_t> cells;
+    const std::size_t count = chosen ? chosen->size() : mesh.numCells;
+    for (std::size_t n = 0; n < count; ++n) {
+      const std::size_t cell = chosen ? (*chosen)[n] : n;
+      if (cell < mesh.numCells && (!mesh.hasClosedCells() || mesh.isOpen(cell))) cells.push_back(cell);
+    }
+    const CellFacesOf faces(mesh, cells, faults);
+    kx::FaceTessellator::writeCells(run, {*m_tessellator, mesh.points, mesh.endNode, mesh.numCells, faces.source},
+                                    {cells.size(), [&](std::size_t n) { return faces.begins[n]; },
+                                     [&](std::size_t cell) { return centreOf(mesh, cell); }, factor},
+                                    {m_mesh.data(), m_blends}, faults);
+  }
+
   void clear() override { m_mesh.data().clear(); }
   void commit(const kx::InputAddress& address) override { m_mesh.commit(address.isStructured, address.dims); }
 
+  const KiTessellator* m_tessellator;
   kx::SurfaceMesh m_mesh;
+  kx::NodeBlends m_blends; ///< vertices of subdivided cells
   kx::MappedSets m_sets;
 };
 
@@ -145,8 +224,8 @@ template <class Interface, class View, template <class> class Set, class Filter,
 class CellExtract : public Interface {
 public:
   template <class Mesh>
-  CellExtract(const Mesh& mesh, bool parallel, const char* name)
-      : m_cells(mesh, parallel, name)
+  CellExtract(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator = nullptr)
+      : m_cells(mesh, parallel, name, tessellator)
       , m_flatten([&mesh](const std::vector<Choice>& cells) {
         const auto& topology = mesh.getTopology();
         if constexpr (std::is_same_v<Choice, std::size_t>) {
@@ -206,12 +285,12 @@ public:
 } // namespace
 
 KiCellExtractUnstructured* KiCellExtractUnstructured::getNewInstance(const KiVolumeMeshUnstructured& mesh,
-                                                                     bool parallel, KiTessellator*) {
-  return new CellUnstructured<kx::MeshView>(mesh, parallel, "KiCellExtractUnstructured");
+                                                                     bool parallel, KiTessellator* tessellator) {
+  return new CellUnstructured<kx::MeshView>(mesh, parallel, "KiCellExtractUnstructured", tessellator);
 }
 KiCellExtractUnstructured* KiCellExtractUnstructured::getNewInstance(const KiSurfaceMeshUnstructured& mesh,
-                                                                     bool parallel, KiTessellator*) {
-  return new CellUnstructured<kx::FlatMesh>(mesh, parallel, "KiCellExtractUnstructured");
+                                                                     bool parallel, KiTessellator* tessellator) {
+  return new CellUnstructured<kx::FlatMesh>(mesh, parallel, "KiCellExtractUnstructured", tessellator);
 }
 KiCellExtractHexahedronIjk* KiCellExtractHexahedronIjk::getNewInstance(const KiVolumeMeshHexahedronIjk& mesh,
                                                                        bool parallel, KiTessellator*) {
