@@ -99,6 +99,12 @@ void RowPolygoniser::setUniform(std::size_t row, bool isInside) {
   m_spans[row] = {std::numeric_limits<std::uint32_t>::max(), 0};
 }
 
+void RowPolygoniser::setMixed(std::size_t row, bool isFirst, bool isLast, const Span& span) {
+  m_notes[row] =
+      static_cast<std::uint8_t>(m_notes[row] | IS_MIXED | (isFirst ? FIRST_INSIDE : 0) | (isLast ? LAST_INSIDE : 0));
+  m_spans[row] = span;
+}
+
 void RowPolygoniser::finishRow(std::size_t row, std::size_t numNodes) {
   const std::uint32_t* words = m_inside[row];
   const auto hasChanges = [&](std::size_t g) {
@@ -119,6 +125,18 @@ void RowPolygoniser::finishRow(std::size_t row, std::size_t numNodes) {
   m_spans[row] = {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end)};
 }
 
+void RowPolygoniser::setStretch(std::size_t row, std::size_t numNodes, std::size_t begin, std::size_t end) {
+  if (begin == end || (begin == 0 && end == numNodes)) return setUniform(row, begin < end);
+  RowBits::fill(m_inside.clear(row), begin, end);
+  const bool isFirst = begin == 0;
+  const bool isLast = end == numNodes;
+  const std::size_t firstChange = isFirst ? end : begin;
+  const std::size_t lastChange = isLast ? begin : end;
+  setMixed(row, isFirst, isLast,
+           {static_cast<std::uint32_t>((firstChange - 1) / GROUP),
+            static_cast<std::uint32_t>((lastChange - 1) / GROUP + 1)});
+}
+
 void RowPolygoniser::markExact(std::size_t row, std::size_t begin, std::uint32_t bits) {
   if (bits == 0) return;
   if ((m_notes[row] & HAS_EXACT) == 0) {
@@ -130,7 +148,7 @@ void RowPolygoniser::markExact(std::size_t row, std::size_t begin, std::uint32_t
 }
 
 void RowPolygoniser::readClosedCells(const Job& job, std::size_t row, std::size_t j, std::size_t k) {
-  if (!job.mesh.hasClosedCells() || j >= job.cells().j || k >= job.cells().k) return;
+  if (j >= job.cells().j || k >= job.cells().k) return;
   const std::size_t first = job.cells().flat(0, j, k);
   for (std::size_t i = 0; i < job.cells().i; ++i) {
     if (job.mesh.isOpen(first + i)) continue;
@@ -158,7 +176,7 @@ void RowPolygoniser::classify(Job& job, const ScalarField& field) {
       const std::size_t begin = step * Job::ROWS_A_STEP;
       for (std::size_t row = begin; row < job.endOfStep(step); ++row)
         m_notes[row] = job.buildsIndex ? std::uint8_t{0} : static_cast<std::uint8_t>(m_notes[row] & KEPT);
-      if (job.buildsIndex)
+      if (job.buildsIndex && job.mesh.hasClosedCells())
         job.forRows(step, [&](std::size_t row, std::size_t j, std::size_t k) { readClosedCells(job, row, j, k); });
       classifyStep(step);
       unsigned notes = 0;
@@ -243,13 +261,7 @@ void RowPolygoniser::classifyOnAxes(Job& job, const Function& function, const Ro
     const auto value = [&](std::size_t i) { return function(KbVec3<double>(axis[i], axes[1][j], axes[2][k])); };
     if constexpr (requires { function.insideAlongX(0.0, 0.0); }) {
       const InsideNodes inside(axis, function.insideAlongX(axes[1][j], axes[2][k]), value);
-      if (inside.begin == inside.end) return setUniform(row, false);
-      if (inside.begin == 0 && inside.end == numNodes) {
-        setUniform(row, true);
-      } else {
-        RowBits::fill(m_inside.clear(row), inside.begin, inside.end);
-        finishRow(row, numNodes);
-      }
+      setStretch(row, numNodes, inside.begin, inside.end);
       for (std::size_t i = inside.begin; i < inside.end && value(i) == 0.0; ++i)
         markExact(row, i, 1);
       for (std::size_t i = inside.end; i > inside.begin && value(i - 1) == 0.0; --i)

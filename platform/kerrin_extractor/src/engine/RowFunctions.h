@@ -45,8 +45,10 @@ private:
   double position(double x) const { return (x - m_nodes.front()) * m_perLength; }
   std::size_t numBefore(double x) const {
     if (m_isUniform) {
-      const double p = std::ceil(position(x));
-      return p > 0.0 ? static_cast<std::size_t>(std::min(p, static_cast<double>(size()))) : 0;
+      const double p = position(x);
+      if (!(p > 0.0)) return 0;
+      const auto below = static_cast<std::size_t>(std::min(p, static_cast<double>(size())));
+      return below < size() && static_cast<double>(below) < p ? below + 1 : below;
     }
     const auto isBefore = [&](double node) { return m_isFalling ? node > x : node < x; };
     return static_cast<std::size_t>(std::partition_point(m_nodes.begin(), m_nodes.end(), isBefore) - m_nodes.begin());

@@ -69,6 +69,14 @@ struct RowPolygoniser::Quad {
   std::size_t end;
 };
 
+struct RowPolygoniser::RowPlace {
+  std::size_t row;
+  std::size_t j;
+  std::size_t k;
+  Quad quad;
+  bool isIrregular;
+};
+
 struct RowPolygoniser::Totals {
   std::uint32_t vertices[3];
   std::uint32_t polygons;
@@ -110,6 +118,14 @@ const std::uint32_t* RowPolygoniser::bitsOf(std::size_t row) const {
   const unsigned notes = m_notes[row];
   if ((notes & IS_MIXED) != 0) return m_inside[row];
   return m_uniform.data() + ((notes & FIRST_INSIDE) != 0 ? m_numWords : 0);
+}
+
+bool RowPolygoniser::isCut(const Job& job, std::size_t row, std::size_t j, std::size_t k) const {
+  const std::size_t nextJ = row + (j < job.cells().j ? 1 : 0);
+  const std::size_t up = k < job.cells().k ? job.nodes().j : 0;
+  const unsigned any = m_notes[row] | m_notes[nextJ] | m_notes[row + up] | m_notes[nextJ + up];
+  const unsigned all = m_notes[row] & m_notes[nextJ] & m_notes[row + up] & m_notes[nextJ + up];
+  return (any & IS_MIXED) != 0 || ((any & ~all) & FIRST_INSIDE) != 0;
 }
 
 RowPolygoniser::Quad RowPolygoniser::quadOf(const Job& job, std::size_t row, std::size_t j, std::size_t k) const {
@@ -192,12 +208,12 @@ void RowPolygoniser::count(Job& job) {
   job.run.phase("count", job.numSteps(), [&](std::size_t step) {
     RowBegin sum{};
     job.forRows(step, [&](std::size_t row, std::size_t j, std::size_t k) {
-      const Quad quad = quadOf(job, row, j, k);
-      const bool hasCells = j < job.cells().j && k < job.cells().k;
       Totals t{};
-      if (quad.begin < quad.end)
-        t = isIrregular(job, row, j, k) ? countIrregularRow(job, quad, row, j, k)
-                                        : countRow(quad, job.cells().i, hasCells);
+      if (isCut(job, row, j, k)) {
+        const RowPlace place{row, j, k, quadOf(job, row, j, k), isIrregular(job, row, j, k)};
+        const bool hasCells = j < job.cells().j && k < job.cells().k;
+        t = place.isIrregular ? countIrregularRow(job, place) : countRow(place.quad, job.cells().i, hasCells);
+      }
       RowBegin& begin = m_begins[row];
       begin = sum;
       for (std::size_t axis = 0; axis < 3; ++axis)
@@ -232,8 +248,8 @@ KX_WITH_POPCOUNT RowPolygoniser::Totals RowPolygoniser::countRow(const Quad& qua
   return t;
 }
 
-RowPolygoniser::Totals RowPolygoniser::countIrregularRow(const Job& job, const Quad& quad, std::size_t row,
-                                                         std::size_t j, std::size_t k) {
+RowPolygoniser::Totals RowPolygoniser::countIrregularRow(const Job& job, const RowPlace& place) {
+  const auto& [row, j, k, quad, isIrregular] = place;
   const RowCases& table = RowCases::instance();
   const std::size_t rows[4] = {row, row + 1, row + job.nodes().j, row + job.nodes().j + 1};
   Totals t{};
@@ -303,81 +319,79 @@ template <class Values, class Points>
 void RowPolygoniser::write(Job& job, const Values& values, const Points& points) {
   job.run.phase("write", job.numSteps(), [&](std::size_t step) {
     job.forRows(step, [&](std::size_t row, std::size_t j, std::size_t k) {
-      if (m_begins[row].vertex[0] != m_begins[row].vertex[3]) writeVertices(job, values, points, row, j, k);
-      if ((m_notes[row] & HAS_EXACT) != 0) writeNodes(job, points, row, j, k);
-      if (m_begins[row].numPolygons == 0) return;
-      if (isIrregular(job, row, j, k))
-        writeIrregularPolygons(job, row, j, k);
+      const RowBegin& begin = m_begins[row];
+      const bool hasNodes = (m_notes[row] & HAS_EXACT) != 0;
+      if (begin.vertex[0] == begin.vertex[3] && begin.numPolygons == 0 && !hasNodes) return;
+      const RowPlace place{row, j, k, quadOf(job, row, j, k), isIrregular(job, row, j, k)};
+      if (begin.vertex[0] != begin.vertex[1]) writeVertices<0>(job, values, points, place);
+      if (begin.vertex[1] != begin.vertex[2]) writeVertices<1>(job, values, points, place);
+      if (begin.vertex[2] != begin.vertex[3]) writeVertices<2>(job, values, points, place);
+      if (hasNodes) writeNodes(job, points, place);
+      if (begin.numPolygons == 0) return;
+      if (place.isIrregular)
+        writeIrregularPolygons(job, place);
       else
-        writePolygons(job, row, j, k);
+        writePolygons(job, place);
     });
   });
 }
 
-template <class Values, class Points>
-void RowPolygoniser::writeVertices(Job& job, const Values& values, const Points& points, std::size_t row, std::size_t j,
-                                   std::size_t k) {
+template <std::size_t AXIS, class Values, class Points>
+void RowPolygoniser::writeVertices(Job& job, const Values& values, const Points& points, const RowPlace& place) {
+  const auto& [row, j, k, quad, isSlow] = place;
   const Dims& nodes = job.nodes();
   SurfaceData& output = job.output;
-  const Quad quad = quadOf(job, row, j, k);
-  const bool isSlow = isIrregular(job, row, j, k);
   const std::size_t firstNode = nodes.flat(0, j, k);
+  const std::size_t stride = AXIS == 0 ? 1 : AXIS == 1 ? nodes.i : nodes.i * nodes.j;
+  const auto& from = values.row(j, k);
+  const auto& to = values.row(j + (AXIS == 1), k + (AXIS == 2));
+  std::size_t vertex = vertexBegin(row, AXIS);
   double notFinite = 0.0;
-  for (std::size_t axis = 0; axis < 3; ++axis) {
-    if (m_begins[row].vertex[axis] == m_begins[row].vertex[axis + 1]) continue;
-    const std::size_t toI = axis == 0;
-    const std::size_t toJ = axis == 1;
-    const std::size_t toK = axis == 2;
-    const auto& from = values.row(j, k);
-    const auto& to = values.row(j + toJ, k + toK);
-    const std::size_t stride = axis == 0 ? 1 : axis == 1 ? nodes.i : nodes.i * nodes.j;
-    std::size_t vertex = vertexBegin(row, axis);
-    for (std::size_t g = quad.begin; g < quad.end; ++g) {
-      std::uint32_t edges = 0;
-      const std::uint64_t own = RowBits::window(quad.rows[0], g);
-      if (isSlow)
-        edges = vertexEdges(job, axis, j, k, g);
-      else if (axis == 0)
-        edges = RowBits::low(own ^ own >> 1) & RowBits::head(job.cells().i, g);
-      else
-        edges = RowBits::low(own ^ RowBits::window(quad.rows[axis], g));
-      for (; edges != 0; edges &= edges - 1) {
-        const std::size_t i = g * GROUP + static_cast<std::size_t>(std::countr_zero(edges));
-        const KbVec3<double> p = points.at(i, j, k);
-        const KbVec3<double> q = points.at(i + toI, j + toJ, k + toK);
-        const double a = from(i, p);
-        const double weight = (job.isovalue - a) / (to(i + toI, q) - a);
-        const KbVec3<double> v = p + (q - p) * weight;
-        notFinite += (v[0] - v[0]) + (v[1] - v[1]) + (v[2] - v[2]);
-        float* out = output.vertices.data() + 3 * vertex;
-        out[0] = static_cast<float>(v[0]);
-        out[1] = static_cast<float>(v[1]);
-        out[2] = static_cast<float>(v[2]);
-        output.weights[vertex] = static_cast<float>(weight);
-        output.edgeBegins.set(vertex, firstNode + i);
-        output.edgeEnds.set(vertex, firstNode + i + stride);
-        ++vertex;
-      }
+  for (std::size_t g = quad.begin; g < quad.end; ++g) {
+    std::uint32_t edges = 0;
+    const std::uint64_t own = RowBits::window(quad.rows[0], g);
+    if (isSlow)
+      edges = vertexEdges(job, AXIS, j, k, g);
+    else if (AXIS == 0)
+      edges = RowBits::low(own ^ own >> 1) & RowBits::head(job.cells().i, g);
+    else
+      edges = RowBits::low(own ^ RowBits::window(quad.rows[AXIS], g));
+    for (; edges != 0; edges &= edges - 1) {
+      const std::size_t i = g * GROUP + static_cast<std::size_t>(std::countr_zero(edges));
+      const KbVec3<double> p = points.at(i, j, k);
+      const KbVec3<double> q = points.template next<AXIS>(p, i, j, k);
+      const double a = from(i, p);
+      const double weight = (job.isovalue - a) / (to(i + (AXIS == 0), q) - a);
+      const KbVec3<double> v = p + (q - p) * weight;
+      notFinite += (v[0] - v[0]) + (v[1] - v[1]) + (v[2] - v[2]);
+      float* out = output.vertices.data() + 3 * vertex;
+      out[0] = static_cast<float>(v[0]);
+      out[1] = static_cast<float>(v[1]);
+      out[2] = static_cast<float>(v[2]);
+      output.weights[vertex] = static_cast<float>(weight);
+      output.edgeBegins.set(vertex, firstNode + i);
+      output.edgeEnds.set(vertex, firstNode + i + stride);
+      ++vertex;
     }
   }
   if (notFinite != 0.0) job.isRefused.store(true, std::memory_order_relaxed);
 }
 
 template <class Points>
-void RowPolygoniser::writeNodes(Job& job, const Points& points, std::size_t row, std::size_t j, std::size_t k) {
+void RowPolygoniser::writeNodes(Job& job, const Points& points, const RowPlace& place) {
   SurfaceData& output = job.output;
   double notFinite = 0.0;
   for (std::size_t g = 0; g < m_numWords; ++g) {
-    const NodeGroup& group = m_nodes[row * m_numWords + g];
+    const NodeGroup& group = m_nodes[place.row * m_numWords + g];
     std::size_t vertex = group.number;
     for (std::uint32_t bits = group.bits; bits != 0; bits &= bits - 1, ++vertex) {
       const std::size_t i = g * GROUP + static_cast<std::size_t>(std::countr_zero(bits));
-      const KbVec3<double> p = points.at(i, j, k);
+      const KbVec3<double> p = points.at(i, place.j, place.k);
       for (std::size_t axis = 0; axis < 3; ++axis) {
         notFinite += p[axis] - p[axis];
         output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
       }
-      const std::size_t node = job.nodes().flat(i, j, k);
+      const std::size_t node = job.nodes().flat(i, place.j, place.k);
       output.weights[vertex] = 0.0f;
       output.edgeBegins.set(vertex, node);
       output.edgeEnds.set(vertex, node);
@@ -397,9 +411,9 @@ RowPolygoniser::Slots RowPolygoniser::slotsOf(const Job& job, std::size_t row) c
   return slots;
 }
 
-void RowPolygoniser::writePolygons(Job& job, std::size_t row, std::size_t j, std::size_t k) {
+void RowPolygoniser::writePolygons(Job& job, const RowPlace& place) {
+  const auto& [row, j, k, quad, isSlow] = place;
   const RowCases& table = RowCases::instance();
-  const Quad quad = quadOf(job, row, j, k);
   const StepBegin& begin = m_stepBegins[row / Job::ROWS_A_STEP];
   Slots slots = slotsOf(job, row);
   std::int32_t* out = job.output.indices.data() + begin.index + m_begins[row].index;
@@ -424,9 +438,9 @@ void RowPolygoniser::writePolygons(Job& job, std::size_t row, std::size_t j, std
   }
 }
 
-void RowPolygoniser::writeIrregularPolygons(Job& job, std::size_t row, std::size_t j, std::size_t k) {
+void RowPolygoniser::writeIrregularPolygons(Job& job, const RowPlace& place) {
+  const auto& [row, j, k, quad, isSlow] = place;
   const RowCases& table = RowCases::instance();
-  const Quad quad = quadOf(job, row, j, k);
   const std::size_t rows[4] = {row, row + 1, row + job.nodes().j, row + job.nodes().j + 1};
   const StepBegin& begin = m_stepBegins[row / Job::ROWS_A_STEP];
   Slots slots = slotsOf(job, row);

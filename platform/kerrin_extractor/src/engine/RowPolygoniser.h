@@ -83,6 +83,7 @@ private:
   struct Job;
   struct Quad;
   struct Totals;
+  struct RowPlace;
   /// Vertex numbers by the slots of `RowCases`.
   using Slots = std::array<std::uint32_t, RowCases::NUM_SLOTS>;
 
@@ -99,26 +100,28 @@ private:
   // What it finds out about a row.
   void readClosedCells(const Job& job, std::size_t row, std::size_t j, std::size_t k);
   void setUniform(std::size_t row, bool isInside);
+  void setMixed(std::size_t row, bool isFirst, bool isLast, const Span& span);
+  void setStretch(std::size_t row, std::size_t numNodes, std::size_t begin, std::size_t end);
   void finishRow(std::size_t row, std::size_t numNodes);
   void markExact(std::size_t row, std::size_t begin, std::uint32_t bits);
 
   void count(Job& job);
   static Totals countRow(const Quad& quad, std::size_t numCells, bool hasCells);
-  Totals countIrregularRow(const Job& job, const Quad& quad, std::size_t row, std::size_t j, std::size_t k);
+  Totals countIrregularRow(const Job& job, const RowPlace& place);
   bool numberOutput(Job& job);
 
-  template <class Values, class Points>
-  void writeVertices(Job& job, const Values& values, const Points& points, std::size_t row, std::size_t j,
-                     std::size_t k);
+  template <std::size_t AXIS, class Values, class Points>
+  void writeVertices(Job& job, const Values& values, const Points& points, const RowPlace& place);
   template <class Values, class Points>
   void write(Job& job, const Values& values, const Points& points);
   template <class Points>
-  void writeNodes(Job& job, const Points& points, std::size_t row, std::size_t j, std::size_t k);
+  void writeNodes(Job& job, const Points& points, const RowPlace& place);
   Slots slotsOf(const Job& job, std::size_t row) const;
-  void writePolygons(Job& job, std::size_t row, std::size_t j, std::size_t k);
-  void writeIrregularPolygons(Job& job, std::size_t row, std::size_t j, std::size_t k);
+  void writePolygons(Job& job, const RowPlace& place);
+  void writeIrregularPolygons(Job& job, const RowPlace& place);
 
   const std::uint32_t* bitsOf(std::size_t row) const;
+  bool isCut(const Job& job, std::size_t row, std::size_t j, std::size_t k) const;
   Quad quadOf(const Job& job, std::size_t row, std::size_t j, std::size_t k) const;
   bool isIrregular(const Job& job, std::size_t row, std::size_t j, std::size_t k) const;
   std::size_t vertexBegin(std::size_t row, std::size_t axis) const;

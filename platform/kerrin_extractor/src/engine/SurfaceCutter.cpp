@@ -7,7 +7,8 @@
 namespace kx {
 namespace {
 
-constexpr std::size_t MAPPING_STEP = 16384; // values that are mapped in one step
+constexpr std::size_t MAPPING_STEP = 16384;   // values that are mapped in one step
+constexpr std::size_t PREFETCH_DISTANCE = 24; // vertices; their nodes lie all over the input
 
 /// Views a set as the mesh kind wants it for the set's binding. Nothing for another form, with an empty `fault`.
 template <class T>
@@ -236,6 +237,11 @@ const KeXDataSetI<T>* SurfaceCutter::mapSet(KiExtractorCallback* callback, const
             return;
           }
           for (std::size_t v = step * MAPPING_STEP; v < end; ++v) {
+            if constexpr (requires { input.prefetch(v); }) {
+              const std::size_t ahead = std::min(v + PREFETCH_DISTANCE, end - 1);
+              input.prefetch(data.edgeBegins[ahead]);
+              input.prefetch(data.edgeEnds[ahead]);
+            }
             const T a = input(data.edgeBegins[v]);
             const auto weight = static_cast<double>(data.weights[v]);
             // A vertex on its begin takes that value alone, even where the other end has none.

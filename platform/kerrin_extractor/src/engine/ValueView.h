@@ -28,6 +28,9 @@ struct ArrayValues {
       return {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])};
     }
   }
+  void prefetch(std::size_t id) const {
+    __builtin_prefetch(data + (std::is_same_v<T, double> ? 1 : 3) * (id >> slotBits));
+  }
 };
 
 template <class T>
