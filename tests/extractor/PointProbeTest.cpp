@@ -351,15 +351,19 @@ TEST_P(PointProbe, FilterAndDeadCellsHideCellsOnly) {
   EXPECT_GT(numHidden, 100u);
 }
 
-TEST_P(PointProbe, CornersAreInTheFirstOpenCellAroundThem) {
+// Kinds whose inner nodes lie on round coordinates.
+class StraightPointProbe : public PointProbe {};
+
+TEST_P(StraightPointProbe, CornersAreInTheFirstOpenCellAroundThem) {
   // The mesh nodes are points that cells share exactly; which cells, the probe itself says by hiding one at a time.
-  if (GetParam().warp != 0.0) GTEST_SKIP() << "the inner nodes of this mesh do not lie on round coordinates";
   const auto s = make();
   const bool isRegular = GetParam().name == "Regular" || GetParam().name == "SurfaceRegular";
   Vec3 inner(2.0 / NI, 2.0 / NJ, 1.0 / NK);
   if (GetParam().name == "Rectilinear" || GetParam().name == "SurfaceRectilinear")
     inner = {steps(NI)[2], steps(NJ)[2], steps(NK)[1]};
-  else if (!isRegular) { // where the lattice has its float coordinates
+  else if (!isRegular) {
+    // From the lattice rather than by rounding `inner` to float and back: of that, GCC 12.2 keeps only the third
+    // component here when it vectorises straight-line code (-ftree-slp-vectorize, which is part of -O2).
     const KbMeshMaker::Arrays lattice = KbMeshMaker::lattice({NI, NJ, NK});
     const std::size_t node = 2 + (NI + 1) * (2 + (NJ + 1) * 1);
     for (std::size_t axis = 0; axis < 3; ++axis)
@@ -415,7 +419,15 @@ TEST_P(PointProbe, CancelLeavesTheProbeUsable) {
   EXPECT_TRUE(s->isFound());
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, PointProbe, testing::ValuesIn(kinds()), [](const auto& row) { return row.param.name; });
+std::vector<Kind> straightKinds() {
+  std::vector<Kind> straight = kinds();
+  std::erase_if(straight, [](const Kind& kind) { return kind.warp != 0.0; });
+  return straight;
+}
+
+std::string nameOf(const testing::TestParamInfo<Kind>& row) { return row.param.name; }
+INSTANTIATE_TEST_SUITE_P(Kinds, PointProbe, testing::ValuesIn(kinds()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Kinds, StraightPointProbe, testing::ValuesIn(straightKinds()), nameOf);
 
 // The oracle for explicit cells: the first cell that says itself that it holds the point.
 std::size_t searchAll(const KiVolumeMeshUnstructured& mesh, const Vec3& point) {
