@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Line meshes shown as they are: whole with shared nodes, or as chosen cells that are shrunk towards their centres.
 #include "src/engine/LineExtraction.h"
-#include "src/engine/Numbers.h"
+#include "src/engine/NodeNumbers.h"
 
 #include <KerrinExtractor/KiLineCellExtractI.h>
 #include <KerrinExtractor/KiLineCellExtractUnstructured.h>
@@ -49,7 +49,7 @@ public:
     const kx::LineData& data = m_mesh.data();
     return map<T>(
                callback, set, {{&m_sets, m_mesh.outputStamp(), data.numVertices(), data.numCells()}},
-               [this](const auto& values, std::size_t, std::size_t v) { return m_sources[v].valueAt(values); },
+               [this](const auto& values, std::size_t, std::size_t v) { return m_sources.valueAt(values, v); },
                [&data](const auto& values, std::size_t, std::size_t c) { return values(data.inputCells[c]); })
         .front();
   }
@@ -57,30 +57,60 @@ public:
   const KeXLineMeshUnstructured& output() const { return m_mesh; }
 
 private:
-  struct Segment {
-    std::size_t from;
-    std::size_t to;
-    std::size_t cell;
-  };
-  struct NodeKey {
-    std::size_t id;
-    friend bool operator==(const NodeKey&, const NodeKey&) = default;
-    friend std::uint64_t hashOf(const NodeKey& key) { return kx::mixHash(0, key.id); }
+  /// Where the values of the vertices come from: a node each, but for points between nodes.
+  class Sources {
+  public:
+    void resize(std::size_t numVertices, std::size_t endNode, std::size_t numBetween) {
+      m_endNode = endNode;
+      m_sources.resize(numVertices, endNode + numBetween);
+      m_between.clear();
+      m_between.reserve(numBetween);
+    }
+    void setNode(std::size_t vertex, std::size_t node) { m_sources.set(vertex, node); }
+    void setBetween(std::size_t vertex, const kx::Stencil& point) {
+      m_sources.set(vertex, m_endNode + m_between.size());
+      m_between.push_back(point);
+    }
+    template <class Values>
+    auto valueAt(const Values& values, std::size_t vertex) const {
+      const std::size_t source = m_sources[vertex];
+      return source < m_endNode ? values(source) : m_between[source - m_endNode].valueAt(values);
+    }
+
+  private:
+    std::size_t m_endNode = 0;
+    kx::IndexArray m_sources; ///< a node, or the end of nodes and the number of a point between
+    std::vector<kx::Stencil> m_between;
   };
 
+  /// Counts, then writes to where it belongs. With a `factor` cells are shrunk and share no vertices; without one the
+  /// vertices at nodes come first, in the order of the nodes.
   void write(const kx::FlatMesh& mesh, const KiTessellator* tessellator, const std::vector<std::size_t>* cells,
              const double* factor, kx::Faults& faults) {
     m_sets.dropUnused(m_mesh.outputStamp());
-    m_sources.clear();
-    std::vector<Segment> segments;
-    std::vector<Vec3> positions;
-    kx::Numbers<NodeKey> numbers;
-    std::vector<std::size_t> vertexOfNode; // by the number of a node that is shared
-    const auto addVertex = [&](const kx::Stencil& point, const Vec3& position) {
-      m_sources.push_back(point);
-      positions.push_back(position);
-      return m_sources.size() - 1;
-    };
+    kx::NodeNumbers numbers(factor ? 0 : mesh.endNode);
+    std::size_t numSegments = 0;
+    std::size_t numBetween = 0;
+    std::size_t numAtEnds = 0;
+    walk(mesh, tessellator, cells, faults,
+         [&](std::size_t, const kx::CellNodeList&, const std::vector<kx::Stencil>& points) {
+           numSegments += points.size() - 1;
+           numBetween += points.size() - 2;
+           numAtEnds += 2;
+           if (factor) return;
+           numbers.mark(points.front().nodes[0]);
+           numbers.mark(points.back().nodes[0]);
+         });
+    numbers.finish();
+    if (!factor) numAtEnds = numbers.count();
+
+    kx::LineData& data = m_mesh.data();
+    data.indices.resize(3 * numSegments);
+    data.inputCells.resize(numSegments, mesh.numCells);
+    data.vertices.resize(3 * (numAtEnds + numBetween));
+    m_sources.resize(numAtEnds + numBetween, mesh.endNode, numBetween);
+    std::size_t segment = 0;
+    std::size_t next = factor ? 0 : numAtEnds;
     walk(mesh, tessellator, cells, faults,
          [&](std::size_t cell, const kx::CellNodeList& nodes, const std::vector<kx::Stencil>& points) {
            Vec3 centre(0.0);
@@ -89,42 +119,32 @@ private:
            std::size_t last = 0;
            for (std::size_t p = 0; p < points.size(); ++p) {
              const bool isEnd = p == 0 || p + 1 == points.size();
-             const Vec3 position = points[p].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });
-             std::size_t vertex = 0;
-             if (factor) {
-               vertex = addVertex(points[p], centre + (position - centre) * *factor);
-             } else if (isEnd) {
-               const std::size_t number = numbers.numberOf({points[p].nodes[0]});
-               if (number == vertexOfNode.size()) vertexOfNode.push_back(addVertex(points[p], position));
-               vertex = vertexOfNode[number];
-             } else {
-               vertex = addVertex(points[p], position);
+             const std::size_t vertex = isEnd && !factor ? numbers[points[p].nodes[0]] : next++;
+             if (isEnd)
+               m_sources.setNode(vertex, points[p].nodes[0]);
+             else
+               m_sources.setBetween(vertex, points[p]);
+             Vec3 position = points[p].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });
+             if (factor) position = centre + (position - centre) * *factor;
+             for (std::size_t axis = 0; axis < 3; ++axis)
+               data.vertices[3 * vertex + axis] = static_cast<float>(position[axis]);
+             if (p > 0) {
+               data.setSegment(segment, last, vertex);
+               data.inputCells.set(segment++, cell);
              }
-             if (p > 0) segments.push_back({last, vertex, cell});
              last = vertex;
            }
          });
-    kx::LineData& data = m_mesh.data();
-    data.indices.resize(3 * segments.size());
-    data.inputCells.resize(segments.size(), mesh.numCells);
-    for (std::size_t s = 0; s < segments.size(); ++s) {
-      data.setSegment(s, segments[s].from, segments[s].to);
-      data.inputCells.set(s, segments[s].cell);
-    }
-    data.vertices.resize(3 * positions.size());
-    for (std::size_t v = 0; v < positions.size(); ++v)
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        data.vertices[3 * v + axis] = static_cast<float>(positions[v][axis]);
   }
 
   void clear() override {
     m_mesh.data().clear();
-    m_sources.clear();
+    m_sources.resize(0, 0, 0);
   }
   void commit(const kx::InputAddress& address) override { m_mesh.commit(address); }
 
   kx::LineMesh m_mesh;
-  std::vector<kx::Stencil> m_sources;
+  Sources m_sources;
   kx::MappedSets m_sets;
 };
 
