@@ -208,8 +208,8 @@ TEST_P(SurfaceCutPeer, FencesInThePlanesHaveTheAreas) {
   }
 }
 
-// Without the ocean, whose numbers are for the cells with valid nodes only, and the corner-point grids, which have no
-// areas of cuts.
+// Without the ocean, whose numbers are for the cells with valid nodes only, and the corner-point grids, which have a
+// test of their own.
 INSTANTIATE_TEST_SUITE_P(Meshes, SurfaceCutPeer,
                          testing::Values("image_carotid.vtk", "image_ironprot.vtk", "image_vase.vti",
                                          "rect_rectgrid2.vtk", "curv_combustor.vtk", "curv_office.vtk",
