@@ -2,6 +2,8 @@
 // Laws of isosurfaces: areas, closedness, topology, orientation.
 #include "extractor/Subjects.h"
 
+#include <KerrinExtractor/KiIsosurfExtractUnstructured.h>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -113,5 +115,81 @@ TEST(IsosurfaceKinds, GridsAgreeWithTheSameCellsUnstructured) {
   EXPECT_NEAR(rows.area(), edges.area(), 1e-6);
   EXPECT_EQ(rows.eulerNumber(), edges.eulerNumber());
 }
+
+/// Hexahedra in a row that share no nodes, whose ids begin far from 0.
+class LoneHexahedra final : public KiVolumeMeshUnstructured, KiVolumeTopologyExplicitI, KiGeometryI {
+public:
+  LoneHexahedra(std::size_t numCells, std::size_t firstId)
+      : m_numCells(numCells)
+      , m_firstId(firstId) {}
+  const KiVolumeTopologyExplicitI& getTopology() const override { return *this; }
+  const KiGeometryI& getGeometry() const override { return *this; }
+  std::size_t getTimeStamp() const override { return 1; }
+  std::size_t getNumCells() const override { return m_numCells; }
+  std::size_t getBeginNodeId() const override { return m_firstId; }
+  std::size_t getEndNodeId() const override { return m_firstId + 8 * m_numCells; }
+  const KiVolumeCell* getCell(std::size_t c) const override {
+    thread_local std::array<std::size_t, 8> nodes;
+    thread_local arrays::CellOf<std::size_t> cell;
+    for (std::size_t i = 0; i < 8; ++i)
+      nodes[i] = m_firstId + 8 * c + i;
+    cell.numNodes = 8;
+    cell.nodes = nodes.data();
+    return &cell;
+  }
+  KbVec3<double> getCoord(std::size_t id) const override {
+    const std::size_t corner = (id - m_firstId) % 8;
+    const auto cell = static_cast<double>((id - m_firstId) / 8);
+    return {2.0 * cell + (corner % 4 == 1 || corner % 4 == 2 ? 1.0 : 0.0), corner % 4 >= 2 ? 1.0 : 0.0,
+            corner >= 4 ? 1.0 : 0.0};
+  }
+
+private:
+  std::size_t m_numCells;
+  std::size_t m_firstId;
+};
+
+/// 1 and -1 in turn along every edge of a cell, so that each edge is cut.
+class Alternating final : public KiDataSetI<double> {
+public:
+  explicit Alternating(std::size_t size)
+      : m_size(size) {}
+  std::size_t getTimeStamp() const override { return 1; }
+  std::string getName() const override { return "alternating"; }
+  DataBinding getBinding() const override { return DataBinding::PER_NODE; }
+  double getMin() const override { return -1.0; }
+  double getMax() const override { return 1.0; }
+  std::size_t getSize() const override { return m_size; }
+  double get(std::size_t id) const override {
+    const std::size_t corner = id % 8;
+    return (corner % 4 + corner / 4) % 2 == 0 ? 1.0 : -1.0;
+  }
+
+private:
+  std::size_t m_size;
+};
+
+void expectFourTrianglesEach(std::size_t numCells, std::size_t firstId) {
+  const LoneHexahedra mesh(numCells, firstId);
+  const Alternating set(mesh.getEndNodeId());
+  for (const bool parallel : {false, true}) {
+    const std::unique_ptr<KiIsosurfExtractUnstructured> extractor(
+        KiIsosurfExtractUnstructured::getNewInstance(mesh, parallel, nullptr));
+    const KeXSurfaceMeshUnstructured& output = extractor->extract(0.0, set, nullptr);
+    const Surface s(output);
+    ASSERT_EQ(s.polygons.size(), 4 * numCells);
+    ASSERT_EQ(s.vertices.size(), 12 * numCells);
+    const double triangle = std::sqrt(3.0) / 4.0 * 0.5; // its sides are the diagonals of squares of 0.5
+    EXPECT_NEAR(s.area(), 4.0 * triangle * static_cast<double>(numCells), 1e-3);
+    for (std::size_t p = 0; p < s.polygons.size(); p += 997) {
+      EXPECT_EQ(output.getTopology().getInputCellIndexI(p), p / 4);
+      EXPECT_NEAR(s.centre(p)[0], 2.0 * static_cast<double>(p / 4) + 0.5, 0.5);
+    }
+  }
+}
+
+TEST(IsosurfaceSizes, MoreEdgesThan16BitsNumberInOneChunk) { expectFourTrianglesEach(20000, 0); }
+
+TEST(IsosurfaceSizes, NodeIdsBeyond32Bits) { expectFourTrianglesEach(20, std::size_t{5} << 32); }
 
 } // namespace

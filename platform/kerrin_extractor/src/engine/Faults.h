@@ -14,7 +14,7 @@ namespace kx {
 /// the first cell that has it. The message does not depend on the threads.
 class Faults {
 public:
-  enum Kind { UNREADABLE_CELL, NODE_OUT_OF_RANGE, COORDINATE_NOT_FINITE, OPEN_POLYHEDRON, NUM_KINDS };
+  enum Kind { UNREADABLE_CELL, NODE_OUT_OF_RANGE, COORDINATE_NOT_FINITE, OPEN_POLYHEDRON, TOO_MANY_EDGES, NUM_KINDS };
 
   explicit Faults(std::string origin)
       : m_origin(std::move(origin)) {
@@ -34,7 +34,8 @@ public:
         "cannot be read: its shape is unknown or has another number of nodes; such cells are skipped",
         "has a node id that is out of range; such cells are skipped",
         "has a node whose coordinates are not finite; such cells are skipped",
-        "is a polyhedron whose faces do not close; such cells are skipped"};
+        "is a polyhedron whose faces do not close; such cells are skipped",
+        "is cut at more edges than the 65534 that are possible; such cells are skipped"};
     for (std::size_t kind = 0; kind < NUM_KINDS; ++kind) {
       const std::size_t cell = m_first[kind].load(std::memory_order_relaxed);
       if (cell != NONE) KiMessage::postWarning(m_origin, "cell " + std::to_string(cell) + " " + TEXTS[kind]);

@@ -7,8 +7,8 @@
 namespace kx {
 namespace {
 
-constexpr std::size_t MAPPING_STEP = 16384;   // values that are mapped in one step
-constexpr std::size_t PREFETCH_DISTANCE = 24; // vertices; their nodes lie all over the input
+constexpr std::size_t MAPPING_STEP = 16384; // values that are mapped in one step
+constexpr std::size_t AHEAD = 24;           // vertices; their nodes lie all over the input
 
 /// Views a set as the mesh kind wants it for the set's binding. Nothing for another form, with an empty `fault`.
 template <class T>
@@ -92,9 +92,7 @@ void SurfaceCutter::polygonise(KiExtractorCallback* callback, const Changes& cha
   SurfaceData& data = m_output.data();
   const bool hasCells = field && mesh.numCells > 0;
   const bool tryRows = hasCells && RowPolygoniser::suits(mesh, *field);
-  const std::size_t numPhases = !hasCells ? 0
-                                : tryRows ? RowPolygoniser::NUM_PHASES
-                                          : EdgePolygoniser::numPhases(!m_edgesHaveIndex);
+  const std::size_t numPhases = !hasCells ? 0 : tryRows ? RowPolygoniser::NUM_PHASES : EdgePolygoniser::NUM_PHASES;
   Run run(callback, m_parallel, m_name, changes, numPhases);
   if (!hasCells) {
     data.clear();
@@ -237,11 +235,9 @@ const KeXDataSetI<T>* SurfaceCutter::mapSet(KiExtractorCallback* callback, const
             return;
           }
           for (std::size_t v = step * MAPPING_STEP; v < end; ++v) {
-            if constexpr (requires { input.prefetch(v); }) {
-              const std::size_t ahead = std::min(v + PREFETCH_DISTANCE, end - 1);
-              input.prefetch(data.edgeBegins[ahead]);
-              input.prefetch(data.edgeEnds[ahead]);
-            }
+            const std::size_t ahead = std::min(v + AHEAD, end - 1);
+            input.prefetch(data.edgeBegins[ahead]);
+            input.prefetch(data.edgeEnds[ahead]);
             const T a = input(data.edgeBegins[v]);
             const auto weight = static_cast<double>(data.weights[v]);
             // A vertex on its begin takes that value alone, even where the other end has none.

@@ -13,6 +13,9 @@
 
 namespace kx {
 
+// Each view below offers `prefetch(id)`, which brings a value nearer where that is known, and those of one number a
+// node `raw(id)`, the number as it is stored.
+
 /// Values in a plain array of `Scalar`, read as `T` (a number or a triple). `slotBits` are the low bits of an id that
 /// tell positions only.
 template <class Scalar, class T>
@@ -28,6 +31,9 @@ struct ArrayValues {
       return {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])};
     }
   }
+
+  using Raw = Scalar;
+  Scalar raw(std::size_t id) const { return data[id >> slotBits]; }
   void prefetch(std::size_t id) const {
     __builtin_prefetch(data + (std::is_same_v<T, double> ? 1 : 3) * (id >> slotBits));
   }
@@ -37,6 +43,10 @@ template <class T>
 struct SetIValues {
   const KiDataSetI<T>* set;
   T operator()(std::size_t id) const { return set->get(id); }
+
+  using Raw = T;
+  T raw(std::size_t id) const { return set->get(id); }
+  void prefetch(std::size_t) const {}
 };
 
 template <class T>
@@ -49,12 +59,20 @@ struct SetIjkValues {
     const auto [i, j, k] = dims.split(id >> slotBits);
     return set->get(i, j, k);
   }
+
+  using Raw = T;
+  T raw(std::size_t id) const { return (*this)(id); }
+  void prefetch(std::size_t) const {}
 };
 
 struct FunctionValues {
   const ImplicitFunction* function;
   const PointView* points;
   double operator()(std::size_t id) const { return (*function)((*points)[id]); }
+
+  using Raw = double;
+  double raw(std::size_t id) const { return (*this)(id); }
+  void prefetch(std::size_t) const {}
 };
 
 /// A data set as it is read during one extraction, by flat index.
