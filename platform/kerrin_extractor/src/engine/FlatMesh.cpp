@@ -179,6 +179,18 @@ FlatMesh::FlatMesh(const KiLineMeshCurvilinear& mesh) {
   readCoordinates(mesh.getGeometry());
 }
 
+FlatMesh::FlatMesh(const std::vector<std::int64_t>& connectivity, const std::vector<std::int64_t>& offsets,
+                   const std::vector<KbVec3<double>>& nodes)
+    : numCells(offsets.size() - 1)
+    , endNode(nodes.size()) {
+  static constexpr std::uint8_t POLYGON = KiSurfaceCell::POLYGON;
+  cells = ArrayCellLists<std::int64_t>{
+      connectivity.data(), connectivity.size(), offsets.data(), 0, &POLYGON, 0, numSurfaceCorners, 0};
+  static_assert(sizeof(KbVec3<double>) == 3 * sizeof(double));
+  points.kind = PointView::Kind::DOUBLES;
+  points.array = nodes.data();
+}
+
 template <class Topology, class VirtualCells>
 void FlatMesh::readExplicit(const Topology& topology, const VirtualCells& otherwise,
                             std::size_t (*numCornersOf)(std::size_t, std::size_t)) {

@@ -111,6 +111,9 @@ public:
   explicit FlatMesh(const KiLineMeshUnstructured& mesh);
   explicit FlatMesh(const KiLineMeshRegular& mesh);
   explicit FlatMesh(const KiLineMeshCurvilinear& mesh);
+  /// Polygons in plain arrays, all of them open; the arrays must outlive the view.
+  FlatMesh(const std::vector<std::int64_t>& connectivity, const std::vector<std::int64_t>& offsets,
+           const std::vector<KbVec3<double>>& nodes);
 
   CellListView cells;
   PointView points;

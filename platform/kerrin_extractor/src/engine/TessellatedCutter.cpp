@@ -71,30 +71,6 @@ private:
   std::size_t m_timeStamp = KxTimeStamp::getTimeStamp();
 };
 
-/// The filter of the input on the parts of its cells.
-class TessellatedCutter::Filter final : public KiCellFilterI {
-public:
-  explicit Filter(const Tessellation& tessellation)
-      : m_tessellation(tessellation) {}
-  std::size_t getTimeStamp() const override { return m_timeStamp; }
-  bool acceptCell(std::size_t cell) const override { return m_source->acceptCell(m_tessellation.sourceOf(cell)); }
-
-  /// This object, if there is a filter.
-  const KiCellFilterI* show(const KiCellFilterI* source) {
-    const std::size_t stamp = source ? source->getTimeStamp() : 0;
-    if (source != m_source || stamp != m_sourceStamp) m_timeStamp = KxTimeStamp::getTimeStamp();
-    m_source = source;
-    m_sourceStamp = stamp;
-    return source ? this : nullptr;
-  }
-
-private:
-  const Tessellation& m_tessellation;
-  const KiCellFilterI* m_source = nullptr;
-  std::size_t m_sourceStamp = 0;
-  std::size_t m_timeStamp = KxTimeStamp::getTimeStamp();
-};
-
 TessellatedCutter::TessellatedCutter(const KiVolumeMeshUnstructured& mesh, bool parallel, std::string name,
                                      const KiTessellator* tessellator)
     : m_input(mesh)
@@ -103,7 +79,7 @@ TessellatedCutter::TessellatedCutter(const KiVolumeMeshUnstructured& mesh, bool 
     , m_tessellator(tessellator)
     , m_plain(mesh, parallel, name)
     , m_values(std::make_unique<Values>())
-    , m_filter(std::make_unique<Filter>(m_tessellation))
+    , m_filter(m_tessellation)
     , m_cutter(m_tessellation.mesh(), parallel, name) {}
 
 TessellatedCutter::~TessellatedCutter() = default;
@@ -211,7 +187,7 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::cutBySet(KiExtractorCallbac
       mesh,
       [&]() -> const KeXSurfaceMeshUnstructured& {
         return m_cutter.cutBySet(callback, isovalue, static_cast<const KiDataSetI<double>&>(*m_values),
-                                 m_filter->show(filter));
+                                 m_filter.show(filter));
       },
       [&](const Blend& blend) {
         return blend.valueAt([this](std::size_t node) { return m_values->input[node]; }) - isovalue;
@@ -233,7 +209,7 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::cutByFunction(KiExtractorCa
   return finish(
       mesh,
       [&]() -> const KeXSurfaceMeshUnstructured& {
-        return m_cutter.cutByFunction(callback, function, m_filter->show(filter));
+        return m_cutter.cutByFunction(callback, function, m_filter.show(filter));
       },
       [&](const Blend& blend) {
         return function(blend.valueAt([&mesh](std::size_t node) { return mesh.points[node]; }));
@@ -247,28 +223,18 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::finish(const MeshView& mesh
   const KeXSurfaceMeshUnstructured& output = cut();
   if (m_finishedStamp == m_cutter.outputStamp()) return output;
   SurfaceData& data = m_cutter.surface().data();
+  const std::vector<std::size_t> cells = m_tessellation.nameSources(data);
   m_points.assign(data.numVertices(), {});
-  std::size_t polygon = 0;
-  bool isWhole = false;
-  for (std::size_t i = 0; i < data.indices.size(); ++i) {
-    if (i == 0 || data.indices[i - 1] < 0) {
-      const std::size_t part = data.inputCells[polygon];
-      isWhole = m_tessellation.isPolyhedron(part);
-      data.inputCells.set(polygon++, m_tessellation.sourceOf(part));
-    }
-    if (isWhole || data.indices[i] < 0) continue;
-    CellPoint& point = m_points[static_cast<std::size_t>(data.indices[i])];
-    if (point.cell == Tessellation::NO_CELL) point.cell = data.inputCells[polygon - 1];
-  }
   Run run(nullptr, m_isParallel, m_name, {}, 1);
   run.phase("move vertices", (m_points.size() + STEP - 1) / STEP, [&](std::size_t step) {
     CellForm form;
     Blend blend;
     for (std::size_t v = step * STEP; v < std::min((step + 1) * STEP, m_points.size()); ++v) {
       CellPoint& point = m_points[v];
+      point.cell = cells[v];
       if (point.cell == Tessellation::NO_CELL || !m_tessellation.loadForm(mesh, point.cell, form)) continue;
-      const KbVec3<double> a = m_tessellation.positionIn(form, data.edgeBegins[v]);
-      const KbVec3<double> b = m_tessellation.positionIn(form, data.edgeEnds[v]);
+      const KbVec3<double> a = m_tessellation.blends().positionIn(form, data.edgeBegins[v]);
+      const KbVec3<double> b = m_tessellation.blends().positionIn(form, data.edgeEnds[v]);
       const auto at = [&](double t) { return a + (b - a) * t; };
       double t = static_cast<double>(data.weights[v]);
       if (data.edgeBegins[v] != data.edgeEnds[v])

@@ -3,6 +3,7 @@
 
 #include "Extraction.h"
 #include "LineMesh.h"
+#include "PartFilter.h"
 #include "SurfaceCutter.h"
 #include "Tessellation.h"
 
@@ -56,7 +57,6 @@ private:
     KbVec3<double> position;
   };
   class Values;
-  class Filter;
 
   bool hasQuadraticCells();
   void update(KiExtractorCallback* callback, const MeshView& mesh, const Inputs& inputs, const double* values);
@@ -80,7 +80,7 @@ private:
   std::optional<Inputs> m_inputs;
   Tessellation m_tessellation;
   std::unique_ptr<Values> m_values;
-  std::unique_ptr<Filter> m_filter;
+  PartFilter m_filter;
   SurfaceCutter m_cutter; ///< of the subdivided mesh
   std::size_t m_finishedStamp = 0;
   std::vector<CellPoint> m_points; ///< of the vertices

@@ -166,9 +166,20 @@ Tessellation::~Tessellation() = default;
 
 const KiVolumeMeshUnstructured& Tessellation::mesh() const { return *m_mesh; }
 
-bool Tessellation::isPolyhedron(std::size_t cell) const {
+std::vector<std::size_t> Tessellation::nameSources(SurfaceData& output) const {
   const Mesh::Topology& topology = m_mesh->topology;
-  return topology.hasPolyhedra() && topology.shapes[cell] == KiVolumeCell::POLYHEDRON;
+  std::vector<std::size_t> cells(output.numVertices(), NO_CELL);
+  std::size_t index = 0;
+  for (std::size_t polygon = 0; polygon < output.numCells(); ++polygon, ++index) {
+    const std::size_t part = output.inputCells[polygon];
+    const std::size_t source = m_sources[part];
+    const bool hasForm = !topology.hasPolyhedra() || topology.shapes[part] != KiVolumeCell::POLYHEDRON;
+    output.inputCells.set(polygon, source);
+    for (; output.indices[index] >= 0; ++index)
+      if (std::size_t& cell = cells[static_cast<std::size_t>(output.indices[index])]; hasForm && cell == NO_CELL)
+        cell = source;
+  }
+  return cells;
 }
 
 void Tessellation::clear() {
@@ -191,16 +202,6 @@ bool Tessellation::loadForm(const MeshView& mesh, std::size_t cell, CellForm& fo
   if (!form.loadVolume(mesh, cell)) return false;
   if (!m_middles.isEmpty()) form.join(m_middles);
   return true;
-}
-
-KbVec3<double> Tessellation::positionIn(const CellForm& form, std::size_t node) const {
-  if (m_blends.isAdded(node)) {
-    const std::array<std::size_t, 2>& parents = m_blends.parents(node);
-    return (positionIn(form, parents[0]) + positionIn(form, parents[1])) * 0.5;
-  }
-  const auto* begin = form.nodes.data();
-  const auto local = static_cast<std::size_t>(std::find(begin, begin + form.numNodes, node) - begin);
-  return form.position(std::min(local, form.numNodes - 1));
 }
 
 void Tessellation::build(Run& run, const MeshView& mesh, const KiTessellator& tessellator, const double* values,

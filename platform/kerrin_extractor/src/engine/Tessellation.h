@@ -4,6 +4,7 @@
 #include "EdgeSplitter.h"
 #include "Faults.h"
 #include "Run.h"
+#include "SurfaceMesh.h"
 
 #include <KerrinExtractor/KiVolumeMeshUnstructured.h>
 
@@ -37,12 +38,12 @@ public:
   const NodeBlends& blends() const { return m_blends; }
   /// The cell of the input that a tetrahedron or polyhedron is part of.
   std::size_t sourceOf(std::size_t cell) const { return m_sources[cell]; }
-  bool isPolyhedron(std::size_t cell) const;
+  /// Brings the input cells of an output that was made from `mesh()` back to those of the input. Returns such a cell
+  /// for each vertex, one that has a form where there is any; `NO_CELL` otherwise.
+  std::vector<std::size_t> nameSources(SurfaceData& output) const;
 
   /// A cell of the input as it was subdivided; false for polyhedra.
   bool loadForm(const MeshView& mesh, std::size_t cell, CellForm& form) const;
-  /// Where a node of the subdivision of a cell lies in it.
-  KbVec3<double> positionIn(const CellForm& form, std::size_t node) const;
 
 private:
   class Mesh;
