@@ -170,6 +170,70 @@ TEST(GridCut, IsosurfacesHaveThePolygonsOfTheSameHexahedra) {
   }
 }
 
+TEST(GridCut, CellValuesAreAveragedOverTheOpenCells) {
+  for (const auto& [deadPart, refusedPart] : {std::pair{0.0, 0.0}, {0.3, 0.0}, {0.2, 0.2}}) {
+    const Counts counts{37, 6, 5};
+    Grid grid(7, counts, 0.01, {true, true, true}, deadPart, refusedPart);
+    const std::size_t numCells = counts[0] * counts[1] * counts[2];
+    std::vector<float> values;
+    for (std::size_t c = 0; c < numCells; ++c)
+      values.push_back(std::uniform_real_distribution<float>(-1.0f, 1.0f)(grid.random));
+    // By hand: every cell gives its value to its corners.
+    std::vector<double> sums(grid.numNodes(), 0.0);
+    std::vector<double> numbers(grid.numNodes(), 0.0);
+    for (std::size_t c = 0; c < numCells; ++c) {
+      if ((!grid.dead.empty() && grid.dead[c] != 0) || (!grid.accepted.empty() && !grid.accepted[c])) continue;
+      for (std::size_t corner = 8 * c; corner < 8 * c + 8; ++corner) {
+        sums[static_cast<std::size_t>(grid.connectivity[corner])] += static_cast<double>(values[c]);
+        numbers[static_cast<std::size_t>(grid.connectivity[corner])] += 1.0;
+      }
+    }
+    std::vector<double> averages;
+    for (std::size_t n = 0; n < sums.size(); ++n)
+      averages.push_back(sums[n] / numbers[n]);
+
+    const SomeCells filter(counts, grid.accepted);
+    const SomeCells* used = refusedPart > 0.0 ? &filter : nullptr;
+    const Set<Access::RAW, double> nodeSet("by hand", DataBinding::PER_NODE, averages, grid.nodes);
+    const Set<Access::RAW, float> rawSet("f", DataBinding::PER_CELL, values, counts);
+    const Set<Access::VIRTUAL, float> plainSet("f", DataBinding::PER_CELL, values, counts);
+    const auto compare = [&](auto& extractor, const auto& set, const auto& byHand) {
+      for (const double isovalue : {0.0, 0.1}) {
+        const Surface expected(extractor.extract(isovalue, byHand, used));
+        const Surface averaged(extractor.extract(isovalue, set, used));
+        EXPECT_GT(expected.polygons.size(), 100u);
+        EXPECT_EQ(averaged.polygons, expected.polygons);
+        ASSERT_EQ(averaged.vertices.size(), expected.vertices.size());
+        for (std::size_t v = 0; v < expected.vertices.size(); ++v)
+          EXPECT_NEAR((averaged.vertices[v] - expected.vertices[v]).length(), 0.0, 1e-6) << v;
+      }
+    };
+    const CurvilinearMesh<Access::RAW, double> mesh(counts, grid.xyz, grid.dead);
+    const std::unique_ptr<KiIsosurfExtractIjk> rows(KiIsosurfExtractIjk::getNewInstance(mesh, true, nullptr));
+    compare(*rows, static_cast<const KiDataSetIjk<double>&>(rawSet), nodeSet);
+    compare(*rows, static_cast<const KiDataSetIjk<double>&>(plainSet), nodeSet);
+    const UnstructuredMesh<Access::RAW, std::int32_t, double> hexahedra(grid.xyz, grid.explicitCells());
+    const std::unique_ptr<KiIsosurfExtractUnstructured> one(
+        KiIsosurfExtractUnstructured::getNewInstance(hexahedra, true, nullptr));
+    compare(*one, static_cast<const KiDataSetI<double>&>(rawSet), nodeSet);
+  }
+}
+
+TEST(GridCut, TheAverageOfEqualValuesIsTheirValue) {
+  // A plateau at 0.7, which no sum of some 0.7 divided by their number need be, stays inside at that isovalue.
+  const Counts counts{9, 9, 9};
+  Grid grid(3, counts, 0.0, {true, true, true}, 0.3, 0.0);
+  std::vector<double> values(9 * 9 * 9, 0.7);
+  const CurvilinearMesh<Access::RAW, double> mesh(counts, grid.xyz, grid.dead);
+  const Set<Access::RAW, double> set("f", DataBinding::PER_CELL, values, counts);
+  const std::unique_ptr<KiIsosurfExtractIjk> rows(KiIsosurfExtractIjk::getNewInstance(mesh, false, nullptr));
+  EXPECT_EQ(rows->extract(0.7, set, nullptr).getTopology().getNumCells(), 0u);
+  values[4 + 9 * (4 + 9 * 4)] = 0.1;
+  grid.dead[4 + 9 * (4 + 9 * 4)] = 0;
+  const std::unique_ptr<KiIsosurfExtractIjk> again(KiIsosurfExtractIjk::getNewInstance(mesh, false, nullptr));
+  EXPECT_GT(again->extract(0.7, set, nullptr).getTopology().getNumCells(), 0u);
+}
+
 /// Runs `extract(extractor, turn)` over the structured kinds of a grid and over its hexahedra. Counts are powers of
 /// two, so that all kinds have the very same nodes.
 template <class Ijk, class Unstructured, class Extract>

@@ -47,6 +47,23 @@ struct SetGrid {
   SetRow row(std::size_t j, std::size_t k) const { return {set, j, k}; }
 };
 
+struct AverageRow {
+  const GridAverages* averages;
+  std::size_t j;
+  std::size_t k;
+  double operator()(std::size_t i, const KbVec3<double>&) const {
+    double value = 0.0;
+    averages->fill(i, j, k, 1, &value);
+    return value;
+  }
+  void fill(std::size_t begin, std::size_t count, double* values) const { averages->fill(begin, j, k, count, values); }
+};
+
+struct AverageGrid {
+  const GridAverages* averages;
+  AverageRow row(std::size_t j, std::size_t k) const { return {averages, j, k}; }
+};
+
 /// A function of space.
 template <class Function>
 struct FunctionGrid {
@@ -124,6 +141,8 @@ void withSetValues(const ScalarField& field, const Dims& nodes, Visit&& visit) {
     visit(ArrayGrid<double>{doubles->data, nodes});
   else if (const auto* set = std::get_if<SetIjkValues<double>>(&field))
     visit(SetGrid{set->set});
+  else if (const auto* averages = std::get_if<GridAverages>(&field))
+    visit(AverageGrid{averages});
 }
 
 /// Least and greatest of the finite values of a block; `low` > `high` when there are none.

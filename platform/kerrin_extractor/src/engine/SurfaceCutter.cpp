@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SurfaceCutter.h"
 
+#include "NodeAverages.h"
+
 #include <cmath>
-#include <limits>
 
 namespace kx {
 namespace {
@@ -107,38 +108,6 @@ void SurfaceCutter::polygonise(KiExtractorCallback* callback, const Changes& cha
   m_edgesHaveIndex = true;
 }
 
-void SurfaceCutter::averageToNodes(const MeshView& mesh, const SetView<double>& cellValues) {
-  m_nodeAverages.resize(mesh.endNode);
-  std::fill_n(m_nodeAverages.data(), mesh.endNode, 0.0);
-  std::vector<std::uint32_t> counts(mesh.endNode, 0);
-  // One thread: the order of the sums, and so their last bits, must not depend on anything.
-  std::visit(
-      [&](const auto& cells, const auto& values) {
-        CellNodes nodes;
-        std::vector<std::vector<std::size_t>> faces;
-        std::vector<std::size_t> all;
-        for (std::size_t cell = 0; cell < mesh.numCells; ++cell) {
-          if (mesh.hasClosedCells() && !mesh.isOpen(cell)) continue;
-          const CellCode code = cells.loadForValues(cell, nodes);
-          if (code < POLYHEDRON)
-            all.assign(nodes.begin(), nodes.begin() + NUM_CORNERS[code]);
-          else if (code == UNREADABLE || !mesh.loadPolyhedron(cell, faces, all))
-            continue;
-          const double value = values(cell);
-          for (const std::size_t id : all) {
-            const std::size_t node = id >> mesh.slotBits;
-            if (node < mesh.beginNode || node >= mesh.endNode) continue;
-            m_nodeAverages[node] += value;
-            ++counts[node];
-          }
-        }
-      },
-      mesh.cells, cellValues);
-  for (std::size_t node = 0; node < mesh.endNode; ++node)
-    m_nodeAverages[node] =
-        counts[node] > 0 ? m_nodeAverages[node] / counts[node] : std::numeric_limits<double>::quiet_NaN();
-}
-
 template <class Set, class Filter>
 const KeXSurfaceMeshUnstructured& SurfaceCutter::cutBySet(KiExtractorCallback* callback, double isovalue,
                                                           const Set& set, const Filter* filter) {
@@ -162,7 +131,11 @@ const KeXSurfaceMeshUnstructured& SurfaceCutter::cutBySet(KiExtractorCallback* c
               return std::nullopt;
             }
             if (set.getBinding() == DataBinding::PER_NODE) return toField(*view);
-            if (!m_hasNodeAverages) averageToNodes(mesh, *view);
+            if (mesh.hasGridNodes) return ScalarField(GridAverages{&mesh, *view});
+            if (!m_hasNodeAverages) {
+              Run silent(nullptr, m_parallel, m_name, {}, 0);
+              averageToNodes(silent, mesh, *view, m_nodeAverages);
+            }
             m_hasNodeAverages = true;
             return ScalarField(ArrayValues<double, double>{m_nodeAverages.data(), mesh.slotBits});
           });

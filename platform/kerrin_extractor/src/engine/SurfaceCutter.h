@@ -80,7 +80,6 @@ private:
                const Filter* filter, const MakeField& makeField);
   void polygonise(KiExtractorCallback* callback, const Changes& changes, const MeshView& mesh, const ScalarField* field,
                   double isovalue, Faults& faults);
-  void averageToNodes(const MeshView& mesh, const SetView<double>& cellValues);
   void dropIndices();
   void dropUnusedSets();
 

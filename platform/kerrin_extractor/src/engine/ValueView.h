@@ -13,6 +13,8 @@
 
 namespace kx {
 
+class MeshView;
+
 // Each view below offers `prefetch(id)`, which brings a value nearer where that is known, and those of one number a
 // node `raw(id)`, the number as it is stored.
 
@@ -79,9 +81,27 @@ struct FunctionValues {
 template <class T>
 using SetView = std::variant<ArrayValues<float, T>, ArrayValues<double, T>, SetIValues<T>, SetIjkValues<T>>;
 
+/// Values of the cells of a mesh with nodes by (i, j, k), averaged over the live, accepted cells around a node whenever
+/// it is read; NaN where there are none.
+struct GridAverages {
+  const MeshView* mesh;
+  SetView<double> cellValues;
+
+  double operator()(std::size_t id) const;
+  using Raw = double;
+  double raw(std::size_t id) const { return (*this)(id); }
+  void prefetch(std::size_t) const {}
+  /// The averages at the nodes (begin, j, k), (begin + 1, j, k), ...
+  void fill(std::size_t begin, std::size_t j, std::size_t k, std::size_t count, double* averages) const;
+
+  using Raw = double;
+  double raw(std::size_t id) const { return (*this)(id); }
+  void prefetch(std::size_t) const {}
+};
+
 /// What a surface is cut from: one number at each node.
 using ScalarField = std::variant<ArrayValues<float, double>, ArrayValues<double, double>, SetIValues<double>,
-                                 SetIjkValues<double>, FunctionValues>;
+                                 SetIjkValues<double>, FunctionValues, GridAverages>;
 
 /// Views `count` values of a set; nothing, and the reason in `fault`, when the set has fewer.
 template <class T>
