@@ -9,8 +9,14 @@
 #include <KerrinMesh/KbDataSet.h>
 
 /// Meshes and sets that offer the virtual operations alone and no raw arrays: what an application's own classes look
-/// like to an extractor. Sets read the arrays of their sources as an application reads its own.
+/// like to an extractor. Values and positions come from the arrays of the sources, as an application reads its own.
 namespace peer {
+
+/// The float triples behind a geometry of kerrin_mesh.
+inline const KbVec3<float>* coordinatesOf(const KiGeometry& geometry) {
+  const KiRawArray array = dynamic_cast<const KiRawArrays&>(geometry).getRawArray(KiRawArrays::COORDINATES);
+  return static_cast<const KbVec3<float>*>(array.data);
+}
 
 /// An unstructured mesh of any dimension, by its mesh, topology and cell interfaces.
 template <class MeshInterface, class TopologyInterface, class Cell>
@@ -34,10 +40,12 @@ private:
   };
   struct Geometry final : KiGeometryI {
     explicit Geometry(const KiGeometryI& s)
-        : source(s) {}
+        : source(s)
+        , coordinates(coordinatesOf(s)) {}
     std::size_t getTimeStamp() const override { return source.getTimeStamp(); }
-    KbVec3<double> getCoord(std::size_t node) const override { return source.getCoord(node); }
+    KbVec3<double> getCoord(std::size_t node) const override { return KbVec3<double>(coordinates[node]); }
     const KiGeometryI& source;
+    const KbVec3<float>* coordinates;
   };
   Topology m_topology;
   Geometry m_geometry;
@@ -50,19 +58,25 @@ class PlainCurvilinearMesh final : public KiVolumeMeshCurvilinear {
 public:
   explicit PlainCurvilinearMesh(const KiVolumeMeshCurvilinear& source)
       : m_topology(source.getTopology())
-      , m_geometry(source.getGeometry()) {}
+      , m_geometry(source.getGeometry(), source.getTopology()) {}
   const KiTopologyIjk& getTopology() const override { return m_topology; }
   const KiGeometryIjk& getGeometry() const override { return m_geometry; }
 
 private:
   struct Geometry final : KiGeometryIjk {
-    explicit Geometry(const KiGeometryIjk& s)
-        : source(s) {}
+    Geometry(const KiGeometryIjk& s, const KiTopologyIjk& cells)
+        : source(s)
+        , coordinates(coordinatesOf(s))
+        , numI(cells.getNumCellsI() + 1)
+        , numJ(cells.getNumCellsJ() + 1) {}
     std::size_t getTimeStamp() const override { return source.getTimeStamp(); }
     KbVec3<double> getCoord(std::size_t i, std::size_t j, std::size_t k) const override {
-      return source.getCoord(i, j, k);
+      return KbVec3<double>(coordinates[i + numI * (j + numJ * k)]);
     }
     const KiGeometryIjk& source;
+    const KbVec3<float>* coordinates;
+    std::size_t numI;
+    std::size_t numJ;
   };
   const KiTopologyIjk& m_topology;
   Geometry m_geometry;
