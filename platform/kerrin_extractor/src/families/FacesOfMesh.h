@@ -8,7 +8,7 @@
 
 namespace kx {
 
-// What `SurfaceParts` shows of an unstructured mesh.
+// What `FacesProduct` shows of an unstructured mesh.
 
 /// All cells of a surface mesh.
 struct CellsAsFaces {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The outline family: the feature edges of the skin of a volume mesh, or of a surface mesh.
 #include "FacesOfMesh.h"
+#include "FacesProduct.h"
 #include "PickShell.h"
-#include "SurfaceParts.h"
 #include "src/engine/FaceWriter.h"
 #include "src/engine/LineMesh.h"
 #include "src/engine/OutlineTracer.h"
@@ -132,7 +132,7 @@ public:
   const KeXLineMeshUnstructured& output() const { return m_parts.lines(); }
 
 private:
-  kx::SurfaceParts<Faces> m_parts;
+  kx::FacesProduct<Faces> m_parts;
   const KiTessellator* m_tessellator;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The skin family: the faces of open cells that no other open cell shares.
 #include "FacesOfMesh.h"
+#include "FacesProduct.h"
 #include "PickShell.h"
-#include "SurfaceParts.h"
 #include "src/engine/BoxSkin.h"
 #include "src/engine/FaceWriter.h"
 #include "src/engine/Product.h"
@@ -96,7 +96,7 @@ public:
 private:
   bool isSubdivided() { return m_tessellator && m_parts.hasQuadraticCells(); }
 
-  kx::SurfaceParts<kx::SkinAsFaces> m_parts;
+  kx::FacesProduct<kx::SkinAsFaces> m_parts;
   const KiTessellator* m_tessellator;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Unstructured surface meshes as polygons, their edges and their points.
 #include "FacesOfMesh.h"
-#include "SurfaceParts.h"
+#include "FacesProduct.h"
 
 #include <KerrinExtractor/KiSurfaceExtractUnstructured.h>
 #include <KerrinExtractor/KiTessellatedSurfaceExtract.h>
@@ -33,7 +33,7 @@ public:
   const KeXSurfaceMeshUnstructured& getExtract() const override { return m_parts.output(); }
 
 protected:
-  kx::SurfaceParts<kx::CellsAsFaces> m_parts;
+  kx::FacesProduct<kx::CellsAsFaces> m_parts;
 };
 
 class SurfaceUnstructured final : public SurfaceShell<KiSurfaceExtractUnstructured> {

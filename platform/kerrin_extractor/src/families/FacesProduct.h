@@ -21,12 +21,12 @@ namespace kx {
 /// faults)` for corners only, in `NUM_PHASES` phases; `collect(run, view, faults)` for faces with all their nodes, in
 /// `NUM_COLLECT_PHASES` phases.
 template <class Faces>
-class SurfaceParts {
+class FacesProduct {
 public:
   using View = typename Faces::View;
 
   template <class Mesh>
-  SurfaceParts(const Mesh& mesh, bool parallel, const char* name)
+  FacesProduct(const Mesh& mesh, bool parallel, const char* name)
       : m_surface(mesh, parallel, name)
       , m_lines(mesh, parallel, name)
       , m_points(mesh, parallel, name)
