@@ -93,10 +93,6 @@ struct GridAverages {
   void prefetch(std::size_t) const {}
   /// The averages at the nodes (begin, j, k), (begin + 1, j, k), ...
   void fill(std::size_t begin, std::size_t j, std::size_t k, std::size_t count, double* averages) const;
-
-  using Raw = double;
-  double raw(std::size_t id) const { return (*this)(id); }
-  void prefetch(std::size_t) const {}
 };
 
 /// What a surface is cut from: one number at each node.
