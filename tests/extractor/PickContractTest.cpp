@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the families that pick faces of a volume mesh promise, on every kind of mesh that they serve.
+// What the families promise that pick faces of a volume mesh, cut it by a fence or a grid, or show a surface mesh: on
+// every kind of mesh that they serve.
 #include "extractor/PickTestTools.h"
 
 #include <KerrinExtractor/KiCancellationException.h>
@@ -18,6 +19,9 @@
 #include <KerrinExtractor/KiSkinExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiSkinExtractIjk.h>
 #include <KerrinExtractor/KiSkinExtractUnstructured.h>
+#include <KerrinExtractor/KiSurfaceExtractIj.h>
+#include <KerrinExtractor/KiSurfaceExtractUnstructured.h>
+#include <KerrinExtractor/KxElevatedSurfaceExtractUnstructured.h>
 
 #include <tbb/global_control.h>
 
@@ -27,6 +31,7 @@ namespace {
 
 using namespace pick;
 
+/// Whatever has no parameters but the filter.
 template <class K, class E>
 struct SkinOf {
   using Kind = K;
@@ -61,6 +66,17 @@ template <class K, class E>
 struct GridPlaneOf : SkinOf<K, E> {
   static const KeXSurfaceMeshUnstructured& extract(E& e, const typename K::CellForm::Filter* filter) {
     return e.extract({0.1, 0.2, 1.0}, 0.5, 0.07, filter);
+  }
+};
+
+template <class K>
+struct ElevatedOf {
+  using Kind = K;
+  using Extractor = KxElevatedSurfaceExtractUnstructured;
+  static Extractor* make(const Kind& kind, bool parallel) { return new Extractor(kind.mesh, parallel); }
+  /// Not raised, so that vertices stay at the nodes.
+  static const KeXSurfaceMeshUnstructured& extract(Extractor& e, const KiCellFilterI* filter) {
+    return e.extract(1.0, nullptr, filter);
   }
 };
 
@@ -99,7 +115,10 @@ using Families = testing::Types<
     FenceOf<Rectilinear, KiFenceSliceExtractIjk>, FenceOf<Curvilinear, KiFenceSliceExtractIjk>,
     GridPlaneOf<Unstructured, KiGridPlaneSliceExtractUnstructured>,
     GridPlaneOf<HexahedronIjk, KiGridPlaneSliceExtractHexahedronIjk>, GridPlaneOf<Regular, KiGridPlaneSliceExtractIjk>,
-    GridPlaneOf<Rectilinear, KiGridPlaneSliceExtractIjk>, GridPlaneOf<Curvilinear, KiGridPlaneSliceExtractIjk>>;
+    GridPlaneOf<Rectilinear, KiGridPlaneSliceExtractIjk>, GridPlaneOf<Curvilinear, KiGridPlaneSliceExtractIjk>,
+    SkinOf<SurfaceUnstructured, KiSurfaceExtractUnstructured>, SkinOf<SurfaceRegular, KiSurfaceExtractIj>,
+    SkinOf<SurfaceRectilinear, KiSurfaceExtractIj>, SkinOf<SurfaceCurvilinear, KiSurfaceExtractIj>,
+    ElevatedOf<SurfaceUnstructured>>;
 TYPED_TEST_SUITE(PickContract, Families);
 
 TYPED_TEST(PickContract, GivesNothingForAMeshWithoutLivingCells) {

@@ -9,6 +9,10 @@
 #include <KerrinMesh/KbCellListFilter.h>
 #include <KerrinMesh/KbDataSet.h>
 #include <KerrinMesh/KbMeshMaker.h>
+#include <KerrinMesh/KbSurfaceMeshCurvilinear.h>
+#include <KerrinMesh/KbSurfaceMeshRectilinear.h>
+#include <KerrinMesh/KbSurfaceMeshRegular.h>
+#include <KerrinMesh/KbSurfaceMeshUnstructured.h>
 #include <KerrinMesh/KbVolumeMeshCurvilinear.h>
 #include <KerrinMesh/KbVolumeMeshHexahedronIjk.h>
 #include <KerrinMesh/KbVolumeMeshRectilinear.h>
@@ -26,7 +30,8 @@
 #include <utility>
 #include <vector>
 
-/// Meshes of all volume kinds over one lattice, and plain forms of outputs, for the families that pick faces and edges.
+/// Meshes of all volume and surface kinds over one lattice, and plain forms of outputs, for the families that pick
+/// faces and edges.
 namespace pick {
 
 using Counts = KbIndex<3>;
@@ -147,6 +152,24 @@ struct FormIjk {
   }
 };
 
+struct FormIj {
+  static constexpr bool isStructured = true;
+  using Filter = KiCellFilterIj;
+  using Set = KbScalarSetIj;
+  static KbScalarSetIj set(const char* name, DataBinding b, const std::vector<float>& v, const Counts& n) {
+    return {name, b, v, {n[0], n[1]}};
+  }
+  static KbVec3SetIj vectors(DataBinding b, const std::vector<float>& v, const Counts& n) {
+    return {"vectors", b, v, {n[0], n[1]}};
+  }
+  static KbCellListFilterIj filter(const std::vector<std::size_t>& cells, const Counts& n) {
+    std::vector<KbIndex<2>> list;
+    for (const std::size_t c : cells)
+      list.push_back({c % n[0], c / n[0]});
+    return KbCellListFilterIj(list);
+  }
+};
+
 /// Each kind: the mesh, and the forms of its sets.
 struct Unstructured : Lattice {
   using CellForm = FormI;
@@ -221,6 +244,70 @@ struct Curvilinear : Lattice {
       : Lattice(n, 0.03, deadCells)
       , mesh(n, arrays.coordinates, dead) {}
   KbVolumeMeshCurvilinear mesh;
+};
+
+/// A surface lattice with as many cells as a volume of these counts: its layers lie side by side.
+struct SurfaceLattice {
+  SurfaceLattice(const Counts& n, bool isFlat, const std::vector<std::uint8_t>& deadCells)
+      : counts{n[0], n[1] * n[2], 1}
+      , dead(deadCells)
+      , arrays(KbMeshMaker::quadrangles({counts[0], counts[1]}, linear))
+      , flat(counts[0] * counts[1]) {
+    for (std::size_t c = 0; c < flat.size(); ++c)
+      flat[c] = static_cast<float>(c);
+    for (std::size_t v = 0; isFlat && v < arrays.values.size(); ++v) {
+      float* p = arrays.coordinates.data() + 3 * v;
+      p[2] = 0.0f;
+      arrays.values[v] = static_cast<float>(linear({static_cast<double>(p[0]), static_cast<double>(p[1]), 0.0}));
+    }
+  }
+  Counts counts;
+  std::vector<std::uint8_t> dead;
+  KbMeshMaker::Arrays arrays;
+  std::vector<float> flat; ///< the number of each cell
+  Counts nodes() const { return {counts[0] + 1, counts[1] + 1, 1}; }
+  KbIndex<2> cells() const { return {counts[0], counts[1]}; }
+  std::vector<float> axis(std::size_t a) const {
+    std::vector<float> x;
+    for (std::size_t i = 0; i <= counts[a]; ++i)
+      x.push_back(static_cast<float>(static_cast<double>(i) / static_cast<double>(counts[a])));
+    return x;
+  }
+};
+struct SurfaceUnstructured : SurfaceLattice {
+  using CellForm = FormI;
+  using NodeForm = FormI;
+  explicit SurfaceUnstructured(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : SurfaceLattice(n, false, deadCells)
+      , mesh(arrays.coordinates, arrays.cells(), dead) {}
+  KbSurfaceMeshUnstructured mesh;
+};
+struct SurfaceRegular : SurfaceLattice {
+  using CellForm = FormIj;
+  using NodeForm = FormIj;
+  explicit SurfaceRegular(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : SurfaceLattice(n, true, deadCells)
+      , mesh(cells(), {0, 0, 0}, {1, 1, 0}, dead) {}
+  KbSurfaceMeshRegular mesh;
+};
+struct SurfaceRectilinear : SurfaceLattice {
+  using CellForm = FormIj;
+  using NodeForm = FormIj;
+  explicit SurfaceRectilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : SurfaceLattice(n, true, deadCells)
+      , x(axis(0))
+      , y(axis(1))
+      , mesh(x, y, 0.0, dead) {}
+  std::vector<float> x, y;
+  KbSurfaceMeshRectilinear mesh;
+};
+struct SurfaceCurvilinear : SurfaceLattice {
+  using CellForm = FormIj;
+  using NodeForm = FormIj;
+  explicit SurfaceCurvilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
+      : SurfaceLattice(n, false, deadCells)
+      , mesh(cells(), arrays.coordinates, dead) {}
+  KbSurfaceMeshCurvilinear mesh;
 };
 
 /// An output surface in plain form.
