@@ -150,7 +150,11 @@ void IsolineTracer::cutChunks(Job& job, const Levels& levels, bool buildsIndex, 
           job.faults.add(Faults::NODE_OUT_OF_RANGE, cell);
           continue;
         }
-        if (!range(low, high) || low == high) continue;
+        if (!range(low, high)) { // of a set, that is a hole
+          if (job.isSection) job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+          continue;
+        }
+        if (low == high) continue;
         const std::uint8_t lowStep = stepOf(low);
         const std::uint8_t highStep = stepOf(high);
         if (usesIndex) {
