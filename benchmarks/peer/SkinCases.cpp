@@ -194,9 +194,9 @@ std::unique_ptr<Job> makeHexahedra(std::size_t n) {
 
 std::vector<Growth> skinGrowth() {
   return {
-      {"skin_hexahedra", false, {64, 96, 128, 192, 256}, makeHexahedra},
+      {"skin_hexahedra", false, {64, 96, 128, 160, 192}, makeHexahedra},
       {"skin_curvilinear",
-       true,
+       false,
        {64, 96, 128, 192, 256, 400},
        [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
   };

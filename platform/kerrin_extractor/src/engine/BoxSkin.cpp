@@ -9,7 +9,8 @@
 namespace kx {
 namespace {
 
-constexpr std::size_t ROWS = 64; // of cells or of nodes in one step
+constexpr std::size_t ROWS = 64;  // of cells or of nodes in one step
+constexpr std::size_t AHEAD = 16; // rows whose ends are fetched before their turn: each is far from the last one
 
 /// The border nodes along one row of a box: all of them, or its two ends.
 struct NodeRow {
@@ -139,10 +140,18 @@ bool BoxSkin::write(Run& run, const MeshView& mesh, const IndexBox& box, Surface
   std::atomic<bool> areFinite{true};
   run.phase("write nodes", (numNodeRows + ROWS - 1) / ROWS, [&](std::size_t step) {
     double notFinite = 0.0;
+    const auto idOf = [&](std::size_t i, std::size_t r) {
+      return mesh.nodeDims.flat(box.begin.i + i, box.begin.j + r % nodes.j, box.begin.k + r / nodes.j);
+    };
     for (std::size_t r = step * ROWS; r < std::min((step + 1) * ROWS, numNodeRows); ++r) {
+      if (r + AHEAD < numNodeRows) {
+        mesh.points.prefetch(idOf(0, r + AHEAD));
+        mesh.points.prefetch(idOf(box.counts.i, r + AHEAD));
+      }
       const std::size_t j = box.begin.j + r % nodes.j;
       const std::size_t k = box.begin.k + r / nodes.j;
       const NodeRow row = border.row(r % nodes.j, r / nodes.j);
+      const std::size_t first = idOf(0, r);
       std::size_t vertex = row.first;
       for (std::size_t i = 0; i < nodes.i; i += row.isWhole ? 1 : box.counts.i, ++vertex) {
         const KbVec3<double> p = mesh.points.at(box.begin.i + i, j, k);
@@ -150,7 +159,7 @@ bool BoxSkin::write(Run& run, const MeshView& mesh, const IndexBox& box, Surface
           output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
           notFinite += p[axis] - p[axis];
         }
-        output.edgeBegins.set(vertex, mesh.nodeDims.flat(box.begin.i + i, j, k));
+        output.edgeBegins.set(vertex, first + i);
       }
     }
     if (!(notFinite == 0.0)) areFinite.store(false, std::memory_order_relaxed);

@@ -18,7 +18,11 @@ public:
   static constexpr std::size_t NUM_PHASES = 3;
   /// The value at an output vertex, which is a node of the mesh.
   static auto valueAt(const SurfaceData& data) {
-    return [&data](const auto& values, std::size_t vertex) { return values(data.edgeBegins[vertex]); };
+    return [&data](const auto& values, std::size_t vertex) {
+      constexpr std::size_t AHEAD = 32; // nodes of the border lie far from each other
+      if (vertex + AHEAD < data.edgeBegins.size()) values.prefetch(data.edgeBegins[vertex + AHEAD]);
+      return values(data.edgeBegins[vertex]);
+    };
   }
   /// Whether a structured mesh is left-handed: what most of a sample of its cells say.
   static bool isLeftHanded(const MeshView& mesh);
