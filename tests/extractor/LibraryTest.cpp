@@ -6,13 +6,17 @@
 #include <KerrinExtractor/KiIsosurfExtractUnstructured.h>
 #include <KerrinExtractor/KiKerrin.h>
 #include <KerrinExtractor/KiTessellator.h>
+#include <KerrinExtractor/KxIToIj.h>
+#include <KerrinExtractor/KxIToIjk.h>
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
 #include <set>
 #include <sstream>
 #include <thread>
+#include <utility>
 
 using namespace arrays;
 
@@ -46,6 +50,37 @@ TEST(KxTimeStamp, GrowsOverAllThreads) {
     all.insert(own.begin(), own.end());
   }
   EXPECT_EQ(all.size(), 4000u);
+}
+
+TEST(KxIToIj, SplitsBothOrders) {
+  std::size_t i = 0;
+  std::size_t j = 0;
+  KxIToIj split(4, true);
+  split.getIj(4 * 2 + 3, i, j);
+  EXPECT_EQ(std::pair(i, j), std::pair(std::size_t{3}, std::size_t{2}));
+  split.update(5);
+  split.getIj(11, i, j);
+  EXPECT_EQ(std::pair(i, j), std::pair(std::size_t{1}, std::size_t{2}));
+  KxIToIj(4, false).getIj(4 * 2 + 3, i, j);
+  EXPECT_EQ(std::pair(i, j), std::pair(std::size_t{2}, std::size_t{3}));
+  KxIToIj(0, true).getIj(7, i, j);
+  EXPECT_EQ(std::pair(i, j), std::pair(std::size_t{0}, std::size_t{7})) << "a mesh without cells divides by nothing";
+}
+
+TEST(KxIToIjk, SplitsBothOrders) {
+  std::size_t i = 0;
+  std::size_t j = 0;
+  std::size_t k = 0;
+  KxIToIjk split(4, 3, true);
+  split.getIjk(1 + 4 * (2 + 3 * 5), i, j, k);
+  EXPECT_EQ((std::array{i, j, k}), (std::array<std::size_t, 3>{1, 2, 5}));
+  split.update(2, 2);
+  split.getIjk(1 + 2 * (0 + 2 * 3), i, j, k);
+  EXPECT_EQ((std::array{i, j, k}), (std::array<std::size_t, 3>{1, 0, 3}));
+  KxIToIjk(4, 3, false).getIjk(1 + 4 * (2 + 3 * 5), i, j, k);
+  EXPECT_EQ((std::array{i, j, k}), (std::array<std::size_t, 3>{5, 2, 1}));
+  KxIToIjk(0, 0, true).getIjk(9, i, j, k);
+  EXPECT_EQ((std::array{i, j, k}), (std::array<std::size_t, 3>{0, 0, 9}));
 }
 
 TEST(KiTessellator, BasicOneMeasuresTheSagitta) {

@@ -135,7 +135,7 @@ TEST(TessellatedFence, CutsCurvedCellsWithoutGaps) {
     const KeXDataSetI<Vec3>* mapped = curved->extractVec3Set(positions);
     ASSERT_NE(mapped, nullptr);
     for (std::size_t v = 0; v < mapped->getSize(); ++v)
-      EXPECT_LT((mapped->get(v) - fine.vertices[v]).length(), 4e-3) << "the parameters of the ball are uneven";
+      EXPECT_LT((mapped->get(v) - fine.vertices[v]).length(), 2e-6);
     for (std::size_t p = 0; p < out.getTopology().getNumCells(); ++p)
       EXPECT_LT(out.getTopology().getInputCellIndexI(p), q.numCells());
     Recorder recorder;

@@ -255,6 +255,37 @@ void CellForm::blendAt(const KbVec3<double>& at, Blend& blend) const {
   }
 }
 
+KbVec3<double> CellForm::nearPosition(const PointView& points, const KbVec3<double>& target,
+                                      const KbVec3<double>& position) const {
+  constexpr double STEP = 1e-5;
+  Blend blend;
+  const auto at = [&](const KbVec3<double>& x) {
+    blendAt(x, blend);
+    return blend.valueAt([&](std::size_t node) { return points[node]; });
+  };
+  KbVec3<double> x = position;
+  KbVec3<double> residual = target - at(x);
+  const double first = residual.squaredLength();
+  for (int i = 0; i < 6 && residual.squaredLength() > 1e-20 * first; ++i) {
+    std::array<KbVec3<double>, 3> columns;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      // Downwards in height, since a pyramid has nothing above its apex.
+      KbVec3<double> moved = x;
+      moved[axis] -= STEP;
+      columns[axis] = (target - residual - at(moved)) / STEP;
+    }
+    const KbVec3<double> normal = columns[1].cross(columns[2]);
+    const double volume = columns[0].dot(normal);
+    if (volume == 0.0) break;
+    x += KbVec3<double>(residual.dot(normal), columns[0].dot(residual.cross(columns[2])),
+                        columns[0].dot(columns[1].cross(residual))) /
+         volume;
+    if (!((x - position).squaredLength() < 0.25)) return position;
+    residual = target - at(x);
+  }
+  return residual.squaredLength() < first ? x : position;
+}
+
 bool hasQuadraticCells(const MeshView& mesh) {
   return std::visit([&](const auto& cells) { return hasQuadratic(cells, mesh.numCells); }, mesh.cells);
 }

@@ -94,6 +94,10 @@ public:
   /// The point at a position, with its nodes in ascending order. At positions with few binary digits weights are exact,
   /// so that cells agree bit by bit on the points that they share.
   void blendAt(const KbVec3<double>& position, Blend& blend) const;
+  /// Moves a position in a volume cell to where the cell has a point of space near it, by Newton's method with
+  /// differences for derivatives. Where that leads away the position stays.
+  KbVec3<double> nearPosition(const PointView& points, const KbVec3<double>& target,
+                              const KbVec3<double>& position) const;
 };
 
 /// Whether any cell of a mesh is quadratic; at most one look at every cell's shape.

@@ -99,8 +99,10 @@ private:
         m_points.add(source.nodes.data(), source.weights.data(), source.nodes.size());
         continue;
       }
-      form.blendAt(source.valueAt([&](std::size_t node) { return m_tessellation.blends().positionIn(form, node); }),
-                   blend);
+      const kx::NodeBlends& nodes = m_tessellation.blends();
+      const Vec3 guess = source.valueAt([&](std::size_t node) { return nodes.positionIn(form, node); });
+      const Vec3 place = source.valueAt([&](std::size_t node) { return parts.points[node]; });
+      form.blendAt(form.nearPosition(mesh.points, place, guess), blend);
       m_points.add(blend);
     }
   }

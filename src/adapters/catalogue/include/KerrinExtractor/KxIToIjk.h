@@ -8,14 +8,14 @@
 class KxIToIjk {
 public:
   /// `numI` and `numJ` are the counts along the two fastest axes; with `iFastest` the flat index is
-  /// i + `numI` * (j + `numJ` * k), otherwise k + `numI` * (j + `numJ` * i).
+  /// i + `numI` * (j + `numJ` * k), otherwise k + `numI` * (j + `numJ` * i). A count of 0 is taken as 1.
   KxIToIjk(std::size_t numI = 1, std::size_t numJ = 1, bool iFastest = true)
-      : m_numI(numI)
-      , m_numJ(numJ)
-      , m_iFastest(iFastest) {}
+      : m_iFastest(iFastest) {
+    update(numI, numJ);
+  }
   void update(std::size_t numI, std::size_t numJ) {
-    m_numI = numI;
-    m_numJ = numJ;
+    m_numI = numI > 0 ? numI : 1;
+    m_numJ = numJ > 0 ? numJ : 1;
   }
   void getIjk(std::size_t index, std::size_t& i, std::size_t& j, std::size_t& k) const {
     i = index % m_numI;
@@ -25,7 +25,7 @@ public:
   }
 
 private:
-  std::size_t m_numI;
-  std::size_t m_numJ;
+  std::size_t m_numI = 1;
+  std::size_t m_numJ = 1;
   bool m_iFastest;
 };
