@@ -41,16 +41,25 @@ public:
     for (std::size_t n = 0; n < count; ++n) {
       const KbVec3<double> p = points.at(i + n, j, k);
       for (std::size_t axis = 0; axis < 3; ++axis) {
-        const auto f = static_cast<float>(p[axis]);
-        const double d = static_cast<double>(f);
-        m_low[axis] = std::min(m_low[axis], d > p[axis] ? std::nextafter(f, -ENDLESS) : f);
-        m_high[axis] = std::max(m_high[axis], d < p[axis] ? std::nextafter(f, ENDLESS) : f);
+        m_low[axis] = std::min(m_low[axis], p[axis]);
+        m_high[axis] = std::max(m_high[axis], p[axis]);
         m_notFinite += p[axis] - p[axis];
       }
     }
   }
-  const KbVec3<float>& low() const { return m_low; }
-  const KbVec3<float>& high() const { return m_high; }
+  /// Outwards, where the float is not the number itself.
+  KbVec3<float> low() const {
+    KbVec3<float> corner(m_low);
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      if (static_cast<double>(corner[axis]) > m_low[axis]) corner[axis] = std::nextafter(corner[axis], -ENDLESS);
+    return corner;
+  }
+  KbVec3<float> high() const {
+    KbVec3<float> corner(m_high);
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      if (static_cast<double>(corner[axis]) < m_high[axis]) corner[axis] = std::nextafter(corner[axis], ENDLESS);
+    return corner;
+  }
   bool isFinite() const { return m_notFinite == 0.0; }
 
 private:
@@ -79,15 +88,15 @@ private:
       _mm_storeu_ps(highs + 4 * r, high[r]);
     }
     for (std::size_t lane = 0; lane < 12; ++lane) {
-      m_low[lane % 3] = std::min(m_low[lane % 3], lows[lane]);
-      m_high[lane % 3] = std::max(m_high[lane % 3], highs[lane]);
+      m_low[lane % 3] = std::min(m_low[lane % 3], static_cast<double>(lows[lane]));
+      m_high[lane % 3] = std::max(m_high[lane % 3], static_cast<double>(highs[lane]));
     }
     if (_mm_movemask_ps(_mm_cmpneq_ps(notFinite, _mm_setzero_ps())) != 0) m_notFinite = 1.0;
   }
 #endif
 
-  KbVec3<float> m_low = KbVec3<float>(ENDLESS);
-  KbVec3<float> m_high = KbVec3<float>(-ENDLESS);
+  KbVec3<double> m_low = KbVec3<double>(std::numeric_limits<double>::infinity());
+  KbVec3<double> m_high = KbVec3<double>(-std::numeric_limits<double>::infinity());
   double m_notFinite = 0.0;
 };
 
