@@ -115,7 +115,7 @@ std::optional<IndexBox> BoxSkin::find(const MeshView& mesh, const CellRanges& ra
   const std::optional<IndexBox> box = ranges.asBox(mesh.cellDims);
   // The general way tells what is too large for 32-bit indices, and knows about nothing at all.
   constexpr auto LIMIT = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
-  if (!box || box->counts.count() == 0 || mesh.numCells > LIMIT) return std::nullopt;
+  if (!box || box->counts.count() == 0 || mesh.endNode > LIMIT) return std::nullopt;
   return box;
 }
 

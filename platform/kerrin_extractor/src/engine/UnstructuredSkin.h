@@ -13,9 +13,9 @@ namespace kx {
 /// The idea: most faces have two cells, so their fingerprints, 64 bits that depend on the set of corners alone, cancel
 /// out in an exclusive or. A first pass over the cells combines the fingerprints of all faces at their smallest node
 /// (two nodes share one word, which makes 4 bytes a node). What stays zero has no unpaired face; the chance that an
-/// unpaired one hides is about 2^-63 a word. A second pass collects the faces at the other nodes, and only these are matched
-/// by a table of their corners, in partitions by smallest node. Faces come out in the order of the partitions, then of
-/// cells; partitions depend on the mesh alone, so that the result does not depend on the threads.
+/// unpaired one hides is about 2^-63 a word. A second pass collects the faces at the other nodes, and only these are
+/// matched by a table of their corners, in partitions by smallest node. Faces come out in the order of the partitions,
+/// then of cells; partitions depend on the mesh alone, so that the result does not depend on the threads.
 class UnstructuredSkin {
 public:
   static constexpr std::size_t NUM_PHASES = 3;
