@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellBoxes.h"
 
+#include "FinitePosition.h"
+
 #include <type_traits>
 
 namespace kx {
@@ -27,7 +29,7 @@ void addCells(const MeshView& mesh, const Cells& cells, std::size_t begin, std::
       const std::size_t node = id >> mesh.slotBits;
       if (node < mesh.beginNode || node >= mesh.endNode)
         areNodes = false;
-      else if (const KbVec3<double> p = mesh.points[id]; CellBoxes::isFinite(p))
+      else if (const KbVec3<double> p = mesh.points[id]; isFinite(p))
         box.add(p);
     }
     if (!areNodes && (!mesh.hasClosedCells() || mesh.isOpen(cell))) faults.add(Faults::NODE_OUT_OF_RANGE, cell);
@@ -42,7 +44,7 @@ void addGridCells(const MeshView& mesh, std::size_t begin, std::size_t end, Box&
     for (std::size_t corner = 0; corner < 4; ++corner) {
       const std::size_t first = mesh.nodeDims.flat(i, j + corner % 2, k + corner / 2);
       for (std::size_t node = first; node <= first + count; ++node)
-        if (const KbVec3<double> p = mesh.points[node]; CellBoxes::isFinite(p)) box.add(p);
+        if (const KbVec3<double> p = mesh.points[node]; isFinite(p)) box.add(p);
     }
     begin += count;
   }
@@ -64,7 +66,7 @@ Box CellBoxes::boxOnAxes(const MeshView& mesh, std::size_t begin, std::size_t en
     const std::vector<double>& x = mesh.points.axes[axis];
     // Positions ascend or descend; should they do neither, the whole axis is the answer.
     for (std::size_t i = range[axis].first; i <= range[axis].second + 1; ++i) {
-      if (!(x[i] * x[i] < std::numeric_limits<double>::infinity())) continue;
+      if (!isFinite({x[i], 0.0, 0.0})) continue;
       box.low[axis] = std::min(box.low[axis], x[i]);
       box.high[axis] = std::max(box.high[axis], x[i]);
     }

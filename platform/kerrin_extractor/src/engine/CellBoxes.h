@@ -20,8 +20,8 @@ public:
   static constexpr std::size_t CHUNK = 4096; ///< cells of a box around boxes, and of one step
   static constexpr std::size_t NUM_PHASES = 1;
 
-  /// Announces cells that cannot be read when it builds the boxes. Nodes whose coordinates are not finite, or so large
-  /// that their squares are not, are in no box.
+  /// Announces cells that cannot be read when it builds the boxes. Nodes whose coordinates are not finite are in no
+  /// box.
   void update(Run& run, const MeshView& mesh, Faults& faults);
 
   std::size_t numChunks() const { return m_chunks.size(); }
@@ -37,11 +37,6 @@ public:
       else
         visit(m_runs[begin / RUN], begin, last);
     }
-  }
-
-  static bool isFinite(const KbVec3<double>& p) {
-    const double size = p.dot(p);
-    return size - size == 0.0;
   }
 
 private:

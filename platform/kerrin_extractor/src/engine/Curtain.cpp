@@ -44,10 +44,6 @@ Curtain::Curtain(const KbVec3<double>& direction, const std::vector<KbVec3<doubl
     extent = std::max(extent, (p - m_origin).length());
     distance = std::max(distance, p.length());
   }
-  if (!std::isfinite(extent * extent) || !std::isfinite(distance)) {
-    m_fault = "the polyline reaches too far";
-    return;
-  }
   m_tolerance = EXTENT_TOLERANCE * extent + ORIGIN_TOLERANCE * distance;
   const auto areSame = [this](const Point& a, const Point& b) {
     return (b - a).dot(b - a) <= m_tolerance * m_tolerance;

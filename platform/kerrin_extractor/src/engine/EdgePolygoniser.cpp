@@ -4,6 +4,7 @@
 #include "CaseTable.h"
 #include "CellGeometry.h"
 #include "CornerValues.h"
+#include "FinitePosition.h"
 
 #include <algorithm>
 #include <cmath>
@@ -57,13 +58,14 @@ std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointAt& point
   for (std::size_t i = 0; i < count; ++i)
     corners[i] = pointAt(nodes[i]);
   const double size = signedSize(code, corners);
+  const bool areFinite = std::all_of(corners.begin(), corners.begin() + static_cast<std::ptrdiff_t>(count), isFinite);
   bool isRepeated = false;
   for (std::size_t i = 1; i < count; ++i)
     for (std::size_t j = 0; j < i; ++j)
       isRepeated |= nodes[i] == nodes[j];
   return static_cast<std::uint8_t>(CellIndex::IS_KNOWN | (size < 0.0 ? CellIndex::IS_INVERTED : 0) |
                                    (isRepeated ? CellIndex::HAS_REPEATED_NODES : 0) |
-                                   (std::isfinite(size) ? 0 : CellIndex::IS_NOT_FINITE));
+                                   (areFinite ? 0 : CellIndex::IS_NOT_FINITE));
 }
 
 std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointView& points) {
@@ -207,7 +209,8 @@ private:
     }
     if (loops.empty()) return;
     const double size = polyhedronSize(m_job.mesh.points, m_faces, m_nodes);
-    if (!std::isfinite(size)) {
+    if (!std::all_of(m_nodes.begin(), m_nodes.end(),
+                     [this](std::size_t node) { return isFinite(m_job.mesh.points[node]); })) {
       m_job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
       return;
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "FaceCutter.h"
 
+#include "FinitePosition.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -18,10 +20,7 @@ KbVec3<double> areaVector(std::span<const KbVec3<double>> corners) {
 } // namespace
 
 bool FaceCutter::isFinite(std::span<const KbVec3<double>> corners) {
-  double sum = 0.0;
-  for (const KbVec3<double>& p : corners)
-    sum += (p[0] - p[0]) + (p[1] - p[1]) + (p[2] - p[2]);
-  return sum == 0.0;
+  return std::all_of(corners.begin(), corners.end(), [](const KbVec3<double>& p) { return kx::isFinite(p); });
 }
 
 bool isConvexPolygon(std::span<const KbVec3<double>> corners) {

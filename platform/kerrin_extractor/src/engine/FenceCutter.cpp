@@ -4,6 +4,7 @@
 #include "CaseTable.h"
 #include "CellGeometry.h"
 #include "FaceCutter.h"
+#include "FinitePosition.h"
 
 #include "src/contract/CellFaces.h"
 
@@ -53,14 +54,14 @@ public:
     m_corners.resize(m_ids.size());
     m_places.resize(m_ids.size());
     Curtain::Shadow shadow;
-    bool isFinite = true;
+    bool areFinite = true;
     for (std::size_t i = 0; i < m_ids.size(); ++i) {
       m_corners[i] = m_mesh.points[m_ids[i]];
       m_places[i] = m_curtain.project(m_corners[i]);
-      isFinite = isFinite && CellBoxes::isFinite(m_corners[i]);
+      areFinite = areFinite && isFinite(m_corners[i]);
       shadow.add(m_places[i]);
     }
-    if (!isFinite) return NOT_FINITE;
+    if (!areFinite) return NOT_FINITE;
 
     bool hasFaces = false;
     for (const std::size_t segment : segments) {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "LineExtraction.h"
 
-#include <cmath>
+#include "FinitePosition.h"
+
+#include <algorithm>
 
 namespace kx {
 
@@ -21,12 +23,8 @@ void LineExtraction::walk(const FlatMesh& mesh, const KiTessellator* tessellator
         faults.add(Faults::NODE_OUT_OF_RANGE, cell);
         return;
       }
-      double sum = 0.0;
-      for (std::size_t i = 0; i < nodes.numNodes; ++i) {
-        const KbVec3<double> p = mesh.points[nodes.ids[i]];
-        sum += (p[0] - p[0]) + (p[1] - p[1]) + (p[2] - p[2]);
-      }
-      if (sum != 0.0 || std::isnan(sum)) {
+      if (!std::all_of(nodes.ids.begin(), nodes.ids.begin() + static_cast<std::ptrdiff_t>(nodes.numNodes),
+                       [&mesh](std::size_t node) { return isFinite(mesh.points[node]); })) {
         faults.add(Faults::COORDINATE_NOT_FINITE, cell);
         return;
       }

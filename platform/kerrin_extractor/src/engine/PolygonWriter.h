@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Faults.h"
+#include "FinitePosition.h"
 #include "NodeNumbers.h"
 #include "Run.h"
 #include "SurfaceMesh.h"
@@ -14,10 +15,6 @@
 #include <vector>
 
 namespace kx {
-
-inline bool isFinite(const KbVec3<double>& p) {
-  return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]);
-}
 
 /// Writes polygons over nodes of the input mesh: vertices shared and in the order of the nodes' ids.
 struct PolygonWriter {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "FinitePosition.h"
 #include "ImplicitFunction.h"
 
 #include <KerrinExtractor/KbVec3.h>
@@ -36,7 +37,7 @@ public:
 
   /// Whether coordinates are finite and rise or fall all the way (or stay).
   static bool isMonotone(const std::vector<double>& nodes) {
-    const auto isFinite = [](double x) { return std::isfinite(x); };
+    const auto isFinite = [](double x) { return kx::isFinite({x, 0.0, 0.0}); };
     return std::all_of(nodes.begin(), nodes.end(), isFinite) &&
            (std::is_sorted(nodes.begin(), nodes.end()) || std::is_sorted(nodes.rbegin(), nodes.rend()));
   }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SurfaceLocator.h"
 
+#include "FinitePosition.h"
+
 #include "src/contract/MeanValue.h"
 #include "src/contract/ShapeFunctions.h"
 
@@ -14,8 +16,6 @@ using Vec3 = KbVec3<double>;
 
 constexpr std::size_t NODES_PER_STEP = 65536;
 constexpr double CURVED_MARGIN = 0.25; ///< of the diagonal: covers every convex bulge of a quadratic cell
-
-bool isFinite(const Vec3& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
 
 std::size_t numNodesOf(KiSurfaceCell::Shape shape, std::size_t numNodes) {
   switch (shape) {
