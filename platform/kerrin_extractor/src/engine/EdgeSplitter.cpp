@@ -47,9 +47,13 @@ std::uint32_t EdgeSplitter::middleOf(const CellForm& cell, const Vertex& a, cons
   if (a.node == b.node) return NO_NODE;
   const Edge edge{std::min(a.node, b.node), std::max(a.node, b.node)};
   const std::size_t number = m_edges.numberOf(edge);
-  if (number < m_middles.size()) return m_middles[number];
-  m_middles.push_back(NO_NODE);
   const std::uint32_t level = std::max(m_nodes[a.node].level, m_nodes[b.node].level);
+  if (number < m_middles.size()) {
+    // Levels grow with every bisection, which ends it even where a mesh has a node in the middle of its own half.
+    const std::uint32_t known = m_middles[number];
+    return known != NO_NODE && m_nodes[known].level > level ? known : NO_NODE;
+  }
+  m_middles.push_back(NO_NODE);
   if (level >= m_maxDepth) return NO_NODE;
   cell.blendAt((a.position + b.position) * 0.5, m_blend);
   const KbVec3<double> position = m_blend.valueAt([this](std::size_t id) { return m_points[id]; });
@@ -63,6 +67,8 @@ std::uint32_t EdgeSplitter::middleOf(const CellForm& cell, const Vertex& a, cons
   if (!isSplit) return NO_NODE;
   const std::uint32_t middle =
       m_blend.count == 1 ? nodeOf(m_blend.nodes[0], level + 1) : addNode(edge, position, value, level + 1);
+  if (middle == a.node || middle == b.node) return NO_NODE;
+  m_nodes[middle].level = std::max(m_nodes[middle].level, level + 1); // it may be a corner elsewhere
   m_middles[number] = middle;
   return middle;
 }

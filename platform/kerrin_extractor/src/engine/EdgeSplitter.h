@@ -7,6 +7,7 @@
 
 #include <KerrinExtractor/KiTessellator.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -52,29 +53,11 @@ public:
   /// Calls `emit(simplex)` for the parts of a simplex of a cell; those of a line from begin to end.
   template <std::size_t N, class Emit>
   void refine(const CellForm& cell, const std::array<Vertex, N>& simplex, const Emit& emit) {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    std::uint32_t middle = NO_NODE;
+    Middles<N> middles;
     for (std::size_t i = 0; i < N; ++i)
-      for (std::size_t j = i + 1; j < N; ++j) {
-        const std::uint32_t m = middleOf(cell, simplex[i], simplex[j]);
-        if (m == NO_NODE) continue;
-        if (middle != NO_NODE && !isBefore(simplex[i], simplex[j], simplex[begin], simplex[end])) continue;
-        begin = i;
-        end = j;
-        middle = m;
-      }
-    if (middle == NO_NODE) {
-      emit(simplex);
-      return;
-    }
-    const Vertex vertex{middle, (simplex[begin].position + simplex[end].position) * 0.5};
-    std::array<Vertex, N> half = simplex;
-    half[end] = vertex;
-    refine(cell, half, emit);
-    half[end] = simplex[end];
-    half[begin] = vertex;
-    refine(cell, half, emit);
+      for (std::size_t j = i + 1; j < N; ++j)
+        middles[i][j] = middleOf(cell, simplex[i], simplex[j]);
+    bisect(cell, simplex, middles, emit);
   }
 
   std::size_t numNodes() const { return m_nodes.size(); }
@@ -115,6 +98,37 @@ private:
     friend std::uint64_t hashOf(const MeshNode& node) { return mixHash(0, node.id); }
   };
 
+  /// Of the edges from a vertex of a simplex to one with a greater number.
+  template <std::size_t N>
+  using Middles = std::array<std::array<std::uint32_t, N>, N>;
+
+  template <std::size_t N, class Emit>
+  void bisect(const CellForm& cell, const std::array<Vertex, N>& simplex, const Middles<N>& middles, const Emit& emit) {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::uint32_t middle = NO_NODE;
+    for (std::size_t i = 0; i < N; ++i)
+      for (std::size_t j = i + 1; j < N; ++j) {
+        if (middles[i][j] == NO_NODE) continue;
+        if (middle != NO_NODE && !isBefore(simplex[i], simplex[j], simplex[begin], simplex[end])) continue;
+        begin = i;
+        end = j;
+        middle = middles[i][j];
+      }
+    if (middle == NO_NODE) {
+      emit(simplex);
+      return;
+    }
+    const Vertex vertex{middle, (simplex[begin].position + simplex[end].position) * 0.5};
+    for (const std::size_t replaced : {end, begin}) {
+      std::array<Vertex, N> half = simplex;
+      Middles<N> known = middles; // but for the edges of the new vertex
+      half[replaced] = vertex;
+      for (std::size_t i = 0; i < N; ++i)
+        if (i != replaced) known[std::min(i, replaced)][std::max(i, replaced)] = middleOf(cell, half[i], vertex);
+      bisect(cell, half, known, emit);
+    }
+  }
   std::uint32_t nodeOf(std::size_t id, std::uint32_t level);
   std::uint32_t addNode(const Edge& edge, const KbVec3<double>& position, double value, std::uint32_t level);
   /// The order in which edges are split.

@@ -18,7 +18,7 @@
 namespace kx {
 namespace {
 
-constexpr std::size_t CHUNK = 512; // cells of one step
+constexpr std::size_t CHUNK = 64; // cells of one step, whose edges fit a cache
 using Vertex = EdgeSplitter::Vertex;
 
 /// What a cell yields.
