@@ -69,6 +69,7 @@ struct RowPolygoniser::Quad {
   std::size_t end;
 };
 
+/// A row that is at work.
 struct RowPolygoniser::RowPlace {
   std::size_t row;
   std::size_t j;
@@ -77,6 +78,7 @@ struct RowPolygoniser::RowPlace {
   bool isIrregular;
 };
 
+/// What a row adds to the output.
 struct RowPolygoniser::Totals {
   std::uint32_t vertices[3];
   std::uint32_t polygons;
