@@ -86,8 +86,10 @@ public:
     parameters.choosesCells = chosen != nullptr;
     if (chosen) parameters.cells = *chosen;
     parameters.tessellatorStamp = m_tessellator ? m_tessellator->getTimeStamp() : 0;
-    const std::string fault =
-        factor > 0.0 && std::isfinite(factor) ? "" : "the factor " + std::to_string(factor) + " is not greater than 0";
+    // Beyond a million, vertices leave the range of what can be shown.
+    const std::string fault = !(factor > 0.0)    ? "the factor " + std::to_string(factor) + " is not greater than 0"
+                              : !(factor <= 1e6) ? "the factor " + std::to_string(factor) + " is greater than 1000000"
+                                                 : "";
     this->update(callback, std::move(parameters), filter, fault, 2,
                  [&](kx::Run& run, const View& mesh, kx::Faults& faults) {
                    m_sets.dropUnused(m_mesh.outputStamp());

@@ -35,8 +35,10 @@ public:
     kx::InputState parameters = parametersOf({factor}, tessellator);
     parameters.choosesCells = cells != nullptr;
     if (cells) parameters.cells = *cells;
-    const std::string fault =
-        factor > 0.0 && std::isfinite(factor) ? "" : "the factor " + std::to_string(factor) + " is not greater than 0";
+    // Beyond a million, vertices leave the range of what can be shown.
+    const std::string fault = !(factor > 0.0)    ? "the factor " + std::to_string(factor) + " is not greater than 0"
+                              : !(factor <= 1e6) ? "the factor " + std::to_string(factor) + " is greater than 1000000"
+                                                 : "";
     update(callback, std::move(parameters), filter, fault, NUM_PHASES,
            [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
              run.phase("shrink", 1, [&](std::size_t) { write(mesh, tessellator, cells, &factor, faults); });
