@@ -98,17 +98,16 @@ struct PolygonWriter {
     output.weights.resize(0);
     std::atomic<bool> areFinite{true};
     run.phase("write nodes", (numbers.numWords() + WORDS - 1) / WORDS, [&](std::size_t step) {
-      double notFinite = 0.0;
+      bool areAllFinite = true;
       for (std::size_t w = step * WORDS; w < std::min((step + 1) * WORDS, numbers.numWords()); ++w)
         numbers.visitWord(w, [&](std::size_t id, std::size_t vertex) {
           const KbVec3<double> p = points[id];
-          for (std::size_t axis = 0; axis < 3; ++axis) {
+          areAllFinite &= isFinite(p);
+          for (std::size_t axis = 0; axis < 3; ++axis)
             output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
-            notFinite += p[axis] - p[axis];
-          }
           output.edgeBegins.set(vertex, id);
         });
-      if (!(notFinite == 0.0)) areFinite.store(false, std::memory_order_relaxed);
+      if (!areAllFinite) areFinite.store(false, std::memory_order_relaxed);
     });
     return areFinite.load(std::memory_order_relaxed);
   }
