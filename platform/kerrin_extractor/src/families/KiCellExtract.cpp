@@ -190,10 +190,12 @@ private:
   void writeCurved(kx::Run& run, const View& mesh, const std::vector<std::size_t>* chosen, double factor,
                    kx::Faults& faults) {
     std::vector<std::size_t> cells;
+    kx::CellShape shape;
     const std::size_t count = chosen ? chosen->size() : mesh.numCells;
     for (std::size_t n = 0; n < count; ++n) {
       const std::size_t cell = chosen ? (*chosen)[n] : n;
-      if (cell < mesh.numCells && (!mesh.hasClosedCells() || mesh.isOpen(cell))) cells.push_back(cell);
+      if (cell >= mesh.numCells || (mesh.hasClosedCells() && !mesh.isOpen(cell))) continue;
+      if (shape.load(mesh, cell, faults)) cells.push_back(cell);
     }
     const CellFacesOf faces(mesh, cells, faults);
     kx::FaceTessellator::writeCells(run, {*m_tessellator, mesh.points, mesh.endNode, mesh.numCells, faces.source},
