@@ -110,10 +110,10 @@ bool runCase(const Case& testCase, int numThreads) {
     if (testCase.hasFirst) first.add(timeMs([&] { job->runFirst(Access::ARRAYS); }));
     theirs.add(timeMs([&] { job->runPeer(); }));
   }
+  int turn = 0;
+  job->runNext(turn); // what cases without a first are measured by
   const double ours = job->measureOurs();
   const double peers = job->measurePeer();
-  int turn = 0;
-  job->runNext(turn);
   if (testCase.hasPeerNext) job->runPeerNext(turn);
   while (next.wantsMore() || (testCase.hasPeerNext && theirNext.wantsMore())) {
     next.add(timeMs([&] { job->runNext(++turn); }));
