@@ -33,8 +33,11 @@ std::uint64_t candidates(const std::uint8_t* low, const std::uint8_t* high, std:
   return bits;
 }
 
+/// What is asked of the nodes of cells.
+enum class Purpose { VALUES, POSITIONS };
+
 /// Reads cells one after the other, for what is asked of their corners.
-template <class Cells>
+template <Purpose PURPOSE, class Cells>
 class CellReader {
 public:
   CellReader(const MeshView& mesh, const Cells& cells, Faults& faults)
@@ -49,7 +52,7 @@ public:
   [[gnu::always_inline]] bool read(std::size_t cell, const Corners& corners, const Polyhedron& polyhedron) {
     if (m_hasClosedCells && !m_mesh.isOpen(cell)) return false;
     CellNodes nodes{};
-    const CellCode code = m_cells.loadForValues(cell, nodes);
+    const CellCode code = PURPOSE == Purpose::VALUES ? m_cells.loadForValues(cell, nodes) : m_cells.load(cell, nodes);
     if (code < POLYHEDRON) {
       const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
       if (!areNodes(nodes, count)) return refuse(Faults::NODE_OUT_OF_RANGE, cell);
@@ -128,7 +131,7 @@ void CellIndex::build(const MeshView& mesh, const ScalarField& field, std::size_
 template <class Cells, class Values>
 void CellIndex::buildSteps(const MeshView& mesh, const Cells& cells, const Values& values, std::size_t chunk,
                            Faults& faults) {
-  CellReader reader(mesh, cells, faults);
+  CellReader<Purpose::VALUES, Cells> reader(mesh, cells, faults);
   const std::size_t end = std::min((chunk + 1) * CHUNK, m_numCells);
   for (std::size_t cell = chunk * CHUNK; cell < end; ++cell) {
     m_states[cell] = UNKNOWN;
@@ -170,18 +173,28 @@ public:
       : m_points(points) {}
 
 #if defined(__SSE2__)
-  void add(std::size_t id) {
+  void add(const std::size_t* ids, std::size_t count) {
+    // Kept in registers over the loop.
+    __m128 low = m_low;
+    __m128 high = m_high;
+    const auto extend = [&](__m128 p) {
+      low = _mm_min_ps(p, low);
+      high = _mm_max_ps(p, high);
+    };
     if (m_points.kind == PointView::Kind::FLOATS) {
-      const float* p = static_cast<const float*>(m_points.array) + 3 * id;
-      const __m128 xy = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(p));
-      extend(_mm_movelh_ps(xy, _mm_load_ss(p + 2)));
-      return;
+      for (std::size_t i = 0; i < count; ++i) {
+        const float* p = static_cast<const float*>(m_points.array) + 3 * ids[i];
+        const __m128 xy = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(p));
+        extend(_mm_movelh_ps(xy, _mm_load_ss(p + 2)));
+      }
+    } else {
+      for (std::size_t i = 0; i < count; ++i) {
+        const KbVec3<double> p = m_points[ids[i]];
+        extend(_mm_set_ps(0.0f, static_cast<float>(p[2]), static_cast<float>(p[1]), static_cast<float>(p[0])));
+      }
     }
-    const KbVec3<double> p = m_points[id];
-    const auto x = static_cast<float>(p[0]);
-    const auto y = static_cast<float>(p[1]);
-    const auto z = static_cast<float>(p[2]);
-    extend(_mm_set_ps(0.0f, z, y, x));
+    m_low = low;
+    m_high = high;
   }
   Box box() const {
     float low[4];
@@ -192,19 +205,17 @@ public:
   }
 
 private:
-  void extend(__m128 p) {
-    m_low = _mm_min_ps(p, m_low);
-    m_high = _mm_max_ps(p, m_high);
-  }
   __m128 m_low = _mm_set1_ps(std::numeric_limits<float>::infinity());
   __m128 m_high = _mm_set1_ps(-std::numeric_limits<float>::infinity());
 #else
-  void add(std::size_t id) {
-    const KbVec3<double> p = m_points[id];
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-      const auto x = static_cast<float>(p[axis]);
-      if (x < m_box.low[axis]) m_box.low[axis] = x;
-      if (x > m_box.high[axis]) m_box.high[axis] = x;
+  void add(const std::size_t* ids, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const KbVec3<double> p = m_points[ids[i]];
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        const auto x = static_cast<float>(p[axis]);
+        if (x < m_box.low[axis]) m_box.low[axis] = x;
+        if (x > m_box.high[axis]) m_box.high[axis] = x;
+      }
     }
   }
   Box box() const { return rounded(m_box); }
@@ -227,7 +238,7 @@ private:
 
 template <class Cells>
 void CellIndex::buildBoxes(const MeshView& mesh, const Cells& cells, std::size_t chunk, Faults& faults) {
-  CellReader reader(mesh, cells, faults);
+  CellReader<Purpose::POSITIONS, Cells> reader(mesh, cells, faults);
   const std::size_t end = std::min((chunk + 1) * CHUNK, m_numCells);
   Box all = BoxMaker(mesh.points).box();
   for (std::size_t base = chunk * CHUNK; base < end; base += BLOCK) {
@@ -235,16 +246,9 @@ void CellIndex::buildBoxes(const MeshView& mesh, const Cells& cells, std::size_t
     for (std::size_t cell = base; cell < std::min(base + BLOCK, end); ++cell) {
       const bool isRead = reader.read(
           cell,
-          [&](CellCode code, const CellNodes&) {
-            CellNodes nodes;
-            cells.load(cell, nodes);
-            for (std::size_t i = 0; i < (code == HEXAHEDRON ? 8 : NUM_CORNERS[code]); ++i)
-              maker.add(nodes[i]);
-          },
-          [&](const std::vector<std::size_t>& nodes) {
-            for (const std::size_t node : nodes)
-              maker.add(node);
-          });
+          [&](CellCode code, const CellNodes& nodes)
+              __attribute__((always_inline)) { maker.add(nodes.data(), code == HEXAHEDRON ? 8 : NUM_CORNERS[code]); },
+          [&](const std::vector<std::size_t>& nodes) { maker.add(nodes.data(), nodes.size()); });
       m_states[cell] = isRead ? UNKNOWN : YIELDS_NOTHING;
     }
     m_boxes[base / BLOCK] = maker.box();
