@@ -78,7 +78,7 @@ enum class Reading { DONE, UNREADABLE_CELL, NODE_OUT_OF_RANGE };
 /// Calls `visit(face, owner, hash)` for the faces of any cell.
 template <class Cells, class Visit>
 Reading visitCell(const MeshView& mesh, const Cells& cells, std::size_t cell, Scratch& scratch, Visit&& visit) {
-  const std::size_t numNodes = mesh.endNode - mesh.beginNode;
+  const std::size_t numNodes = mesh.endNode - std::min(mesh.beginNode, mesh.endNode);
   const auto areNodes = [&](const auto& ids, std::size_t count) {
     std::size_t greatest = 0;
     for (std::size_t i = 0; i < count; ++i)

@@ -48,7 +48,7 @@ Box cornerBox(const MeshView& mesh, std::size_t cell, const CellNodes& corners, 
   std::size_t greatest = 0;
   for (std::size_t c = 0; c < numCorners; ++c)
     greatest = std::max(greatest, (corners[c] >> mesh.slotBits) - mesh.beginNode);
-  if (greatest >= mesh.endNode - mesh.beginNode) {
+  if (greatest >= mesh.endNode - std::min(mesh.beginNode, mesh.endNode)) {
     faults.add(Faults::NODE_OUT_OF_RANGE, cell);
     return {};
   }
