@@ -38,19 +38,6 @@ void splitLoop(const NodeLoop& loop, std::vector<NodeLoop>& polygons) {
   if (open.size() >= 3) polygons.push_back(std::move(open));
 }
 
-/// Six times the volume within the fans of a polyhedron's faces; positive when they turn outwards.
-double polyhedronSize(const PointView& points, const std::vector<std::vector<std::size_t>>& faces,
-                      const std::vector<std::size_t>& nodes) {
-  const KbVec3<double> origin = points[nodes[0]];
-  double size = 0.0;
-  for (const std::vector<std::size_t>& face : faces) {
-    const KbVec3<double> a = points[nodes[face[0]]] - origin;
-    for (std::size_t i = 1; i + 1 < face.size(); ++i)
-      size += a.dot((points[nodes[face[i]]] - origin).cross(points[nodes[face[i + 1]]] - origin));
-  }
-  return size;
-}
-
 template <class PointAt>
 std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointAt& pointAt) {
   const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
@@ -208,7 +195,10 @@ private:
       return;
     }
     if (loops.empty()) return;
-    const double size = polyhedronSize(m_job.mesh.points, m_faces, m_nodes);
+    std::vector<KbVec3<double>> corners;
+    for (const std::size_t node : m_nodes)
+      corners.push_back(m_job.mesh.points[node]);
+    const double size = signedSize(m_faces, corners);
     if (!std::all_of(m_nodes.begin(), m_nodes.end(),
                      [this](std::size_t node) { return isFinite(m_job.mesh.points[node]); })) {
       m_job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
