@@ -255,10 +255,32 @@ Lines line() {
   return l;
 }
 
+/// Cells whose nodes lie around a range that ends before it begins: none of them is a node.
+template <class In>
+void expectNoNodes(const std::vector<Family<In>>& families, In (*makeInput)(), bool offersArrays) {
+  for (const Family<In>& f : families) {
+    SCOPED_TRACE(f.extractor);
+    In input = makeInput();
+    input.offersArrays = offersArrays;
+    input.finish();
+    input.world.volume.beginNode = input.world.numNodes() / 2;
+    input.world.volume.endNode = 1;
+    const MessageLog log;
+    EXPECT_EQ(f.run(input), 0u);
+    EXPECT_EQ(fuzz::Offences::take(), "");
+    EXPECT_LE(log.lines.size(), 1u); // where no node bounds the mesh, no cell is looked at by its place
+  }
+}
+
 class BadCells : public testing::TestWithParam<bool> {};
 TEST_P(BadCells, OfVolumesAreToldOnceAndLeftOut) { expectDamagesAreTold(volumeFamilies(), 13, volume, GetParam()); }
 TEST_P(BadCells, OfSurfacesAreToldOnceAndLeftOut) { expectDamagesAreTold(surfaceFamilies(), 5, surface, GetParam()); }
 TEST_P(BadCells, OfLinesAreToldOnceAndLeftOut) { expectDamagesAreTold(lineFamilies(), 4, line, GetParam()); }
+TEST_P(BadCells, OfRangesWithoutNodesAreLeftOut) {
+  expectNoNodes(volumeFamilies(), volume, GetParam());
+  expectNoNodes(surfaceFamilies(), surface, GetParam());
+  expectNoNodes(lineFamilies(), line, GetParam());
+}
 std::string nameOf(const testing::TestParamInfo<bool>& info) { return info.param ? "Arrays" : "Virtual"; }
 INSTANTIATE_TEST_SUITE_P(Access, BadCells, testing::Values(false, true), nameOf);
 
