@@ -41,9 +41,12 @@ void ExtractedGeometry::findBox() const {
   if (m_hasBox.load(std::memory_order_relaxed)) return;
   KbVec3<float> low(std::numeric_limits<float>::infinity());
   KbVec3<float> high(-std::numeric_limits<float>::infinity());
-  for (std::size_t i = 0; i < m_vertices.size(); ++i) {
-    low[i % 3] = std::min(low[i % 3], m_vertices[i]);
-    high[i % 3] = std::max(high[i % 3], m_vertices[i]);
+  const float* p = m_vertices.data();
+  for (std::size_t node = 0; node < getNumNodes(); ++node, p += 3) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      low[axis] = std::min(low[axis], p[axis]);
+      high[axis] = std::max(high[axis], p[axis]);
+    }
   }
   m_low = KbVec3<double>(low);
   m_high = KbVec3<double>(high);

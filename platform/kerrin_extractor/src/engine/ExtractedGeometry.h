@@ -2,29 +2,15 @@
 #pragma once
 
 #include "Array.h"
-#include "PointView.h"
 
 #include <KerrinExtractor/KeXGeometryExplicit.h>
-#include <KerrinExtractor/KeXTopologyI.h>
 
 #include <atomic>
 #include <mutex>
 
 namespace kx {
 
-/// How the input mesh of an output addresses its cells. Where it uses two or three indices, `dims` splits the flat
-/// index; `dims.k` is 0 for two.
-struct InputAddress {
-  bool isStructured = false;
-  Dims dims;
-
-  std::size_t index(std::size_t flat, std::size_t axis) const {
-    if (!isStructured) return axis == 0 ? flat : KeXTopologyI::UNDEFINED_INDEX;
-    return axis == 2 && dims.k == 0 ? KeXTopologyI::UNDEFINED_INDEX : dims.split(flat)[axis];
-  }
-};
-
-/// The geometry of extracted lines and points over an array of float triples, which its owner rewrites.
+/// The geometry of extracted meshes over an array of float triples, which its owner rewrites.
 class ExtractedGeometry final : public KeXGeometryExplicit {
 public:
   explicit ExtractedGeometry(const Array<float>& vertices);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "ExtractedGeometry.h"
+#include "InputAddress.h"
 
 #include <KerrinExtractor/KiCellFilterI.h>
 #include <KerrinExtractor/KiCellFilterIj.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "LineMesh.h"
 
-#include <KerrinExtractor/KxTimeStamp.h>
+#include "ExtractedTopology.h"
 
 namespace kx {
 namespace {
@@ -25,29 +25,17 @@ void LineData::clear() {
   inputCells.resize(0, 0);
 }
 
-class LineMesh::Topology final : public KeXLineTopologyExplicitI {
+class LineMesh::Topology final : public ExtractedTopology<KeXLineTopologyExplicitI> {
 public:
   explicit Topology(const LineData& data)
-      : m_data(data) {}
-  Topology(const LineData& data, const Topology& other)
-      : m_data(data)
-      , m_timeStamp(other.m_timeStamp)
-      , m_input(other.m_input) {}
+      : ExtractedTopology(data.inputCells)
+      , m_data(data) {}
+  Topology(const LineData& data, const Topology& original)
+      : ExtractedTopology(data.inputCells, original)
+      , m_data(data) {}
 
-  void commit(const InputAddress& input) {
-    m_input = input;
-    m_timeStamp = KxTimeStamp::getTimeStamp();
-  }
-
-  std::size_t getTimeStamp() const override { return m_timeStamp; }
-  std::size_t getNumCells() const override { return m_data.numCells(); }
   std::size_t getEndNodeId() const override { return m_data.numVertices(); }
   const KiBuffer* getIndexBuffer() const override { return &m_data.indices; }
-  bool hasStructuredInputCells() const override { return m_input.isStructured; }
-  std::size_t getInputCellIndexI(std::size_t cell) const override { return inputCell(cell, 0); }
-  std::size_t getInputCellIndexJ(std::size_t cell) const override { return inputCell(cell, 1); }
-  std::size_t getInputCellIndexK(std::size_t cell) const override { return inputCell(cell, 2); }
-
   const KiLineCell* getCell(std::size_t cell) const override {
     if (cell >= m_data.numCells()) return nullptr;
     thread_local SegmentCell view;
@@ -56,13 +44,7 @@ public:
   }
 
 private:
-  std::size_t inputCell(std::size_t cell, std::size_t axis) const {
-    return cell < m_data.numCells() ? m_input.index(m_data.inputCells[cell], axis) : UNDEFINED_INDEX;
-  }
-
   const LineData& m_data;
-  std::size_t m_timeStamp = KxTimeStamp::getTimeStamp();
-  InputAddress m_input;
 };
 
 LineMesh::LineMesh()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ExtractedGeometry.h"
+#include "InputAddress.h"
 
 #include <KerrinExtractor/KeXLineMeshUnstructured.h>
 

@@ -126,12 +126,7 @@ private:
     else
       return {view.isStructured, view.cellDims};
   }
-  void commit() {
-    if constexpr (std::is_same_v<Output, SurfaceMesh>)
-      m_output.commit(m_address.isStructured, m_address.dims);
-    else
-      m_output.commit(m_address);
-  }
+  void commit() { m_output.commit(m_address); }
 
   std::function<View()> m_view;
   std::function<std::pair<std::size_t, std::size_t>()> m_stamps;

@@ -78,10 +78,10 @@ void SurfaceCutter::extract(KiExtractorCallback* callback, const Parameters& par
   } catch (...) {
     dropIndices();
     m_output.data().clear();
-    m_output.commit(mesh.isStructured, mesh.cellDims);
+    m_output.commit({mesh.isStructured, mesh.cellDims});
     throw;
   }
-  m_output.commit(mesh.isStructured, mesh.cellDims);
+  m_output.commit({mesh.isStructured, mesh.cellDims});
   m_inputs = inputs;
   m_parameters = parameters;
   m_isValid = true;

@@ -2,14 +2,13 @@
 #pragma once
 
 #include "Array.h"
-#include "PointView.h"
+#include "ExtractedGeometry.h"
+#include "InputAddress.h"
 
 #include <KerrinExtractor/KeXSurfaceMeshUnstructured.h>
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
-#include <vector>
 
 namespace kx {
 
@@ -41,20 +40,18 @@ public:
 
   SurfaceData& data() { return m_data; }
   const SurfaceData& data() const { return m_data; }
-  /// Takes new time stamps after the arrays have been rewritten. `cellDims` splits the input cells' flat indices of
-  /// structured input; its `k` is 0 for input in the form Ij.
-  void commit(bool hasStructuredInput, const Dims& cellDims);
+  /// Takes new time stamps after the arrays have been rewritten.
+  void commit(const InputAddress& input);
   std::size_t outputStamp() const;
 
 private:
   class Topology;
-  class Geometry;
 
   SurfaceMesh(const SurfaceMesh& other);
 
   SurfaceData m_data;
   std::unique_ptr<Topology> m_topology;
-  std::unique_ptr<Geometry> m_geometry;
+  ExtractedGeometry m_geometry;
 };
 
 } // namespace kx

@@ -205,7 +205,7 @@ private:
   }
 
   void clear() override { m_mesh.data().clear(); }
-  void commit(const kx::InputAddress& address) override { m_mesh.commit(address.isStructured, address.dims); }
+  void commit(const kx::InputAddress& address) override { m_mesh.commit(address); }
 
   const KiTessellator* m_tessellator;
   kx::SurfaceMesh m_mesh;
