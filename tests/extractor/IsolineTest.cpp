@@ -266,6 +266,15 @@ TEST(Isoline, CellsWithNaNYieldNothing) {
   EXPECT_EQ(lines::numCells(f.extract(0.5)), 0u);
 }
 
+TEST(Isoline, AreTracedAgainAfterACallThatYieldedNothing) {
+  Field f = polygon({{0, 0}, {2, 0}, {0, 2}}, {0, 2, 0});
+  f.extract(0.5);
+  const std::vector<double> values{1.0};
+  const KbScalarSetI perCell("rock", DataBinding::PER_CELL, values);
+  EXPECT_EQ(lines::numCells(*f.extractor->extract({0.5}, perCell, nullptr).at(0)), 0u);
+  EXPECT_EQ(lines::numCells(f.extract(0.5)), 1u);
+}
+
 TEST(Isoline, RefusesWhatItCannotUse) {
   const KbMeshMaker::Arrays a = KbMeshMaker::quadrangles({4, 4});
   const KbSurfaceMeshUnstructured mesh(a.coordinates, a.cells());

@@ -2,73 +2,20 @@
 #pragma once
 
 #include "Faults.h"
-#include "FlatForms.h"
-#include "FlatMesh.h"
-#include "MappedSets.h"
-#include "MeshView.h"
+#include "Output.h"
+#include "Request.h"
+#include "Run.h"
+#include "SetForm.h"
+
+#include <KerrinExtractor/KiCellFilter.h>
 
 #include <functional>
-#include <tuple>
+#include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 namespace kx {
-
-/// All that an output is made from.
-struct InputState {
-  std::size_t topologyStamp = 0;
-  std::size_t geometryStamp = 0;
-  const void* filter = nullptr;
-  std::size_t filterStamp = 0;
-  const void* set = nullptr;
-  std::size_t setStamp = 0;
-  std::size_t tessellatorStamp = 0; ///< 0 without one
-  std::vector<double> numbers;      ///< the family's own parameters
-  std::vector<std::size_t> cells;   ///< chosen cells, where the family chooses some
-  bool choosesCells = false;
-
-  friend bool operator==(const InputState&, const InputState&) = default;
-};
-
-// How each view of a mesh tells the address of its cells, and reads a set of the form and binding that suit it. The
-// function is not called, and `fault` may say why, when the set does not suit.
-
-inline InputAddress addressOf(const FlatMesh& mesh) { return mesh.address; }
-inline InputAddress addressOf(const MeshView& mesh) { return {mesh.isStructured, mesh.cellDims}; }
-
-template <class T, class F>
-void visitValues(const KiDataSetI<T>& set, std::size_t count, std::string& fault, const F& f) {
-  if (const std::optional<SetView<T>> view = viewSet(set, count, fault)) std::visit(f, *view);
-}
-
-template <class T, class F>
-void visitSet(const FlatMesh& mesh, const KiDataSetI<T>& set, std::string& fault, const F& f) {
-  if (mesh.address.isStructured || set.getBinding() == DataBinding::AUTO) return;
-  visitValues(set, set.getBinding() == DataBinding::PER_NODE ? mesh.endNode : mesh.numCells, fault, f);
-}
-
-template <class T, class F>
-void visitSet(const FlatMesh& mesh, const KiDataSetIj<T>& set, std::string& fault, const F& f) {
-  if (!mesh.address.isStructured || set.getBinding() == DataBinding::AUTO) return;
-  const Dims& dims = set.getBinding() == DataBinding::PER_NODE ? mesh.nodeDims : mesh.cellDims;
-  visitValues<T>(FlatSet<T, KiDataSetIj<T>>(set, dims), dims.count(), fault, f);
-}
-
-template <class T, class F>
-void visitSet(const MeshView& mesh, const KiDataSetI<T>& set, std::string& fault, const F& f) {
-  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (set.getBinding() == DataBinding::AUTO || (isPerNode ? mesh.hasGridNodes : mesh.isStructured)) return;
-  visitValues(set, isPerNode ? mesh.endNode : mesh.numCells, fault, f);
-}
-
-template <class T, class F>
-void visitSet(const MeshView& mesh, const KiDataSetIjk<T>& set, std::string& fault, const F& f) {
-  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (set.getBinding() == DataBinding::AUTO || !(isPerNode ? mesh.hasGridNodes : mesh.isStructured)) return;
-  const std::optional<SetView<T>> view =
-      viewSet(set, isPerNode ? mesh.nodeDims : mesh.cellDims, isPerNode ? mesh.slotBits : 0, fault);
-  if (view) std::visit(f, *view);
-}
 
 /// The frame of every extraction that keeps its output until something changes: it compares the state of the input with
 /// that of the last call, reports to the callback, clears the output after a cancellation, and maps sets. `View` is
@@ -76,118 +23,152 @@ void visitSet(const MeshView& mesh, const KiDataSetIjk<T>& set, std::string& fau
 template <class View>
 class Extraction {
 public:
+  /// All that an output is made from.
+  struct State {
+    std::size_t topologyStamp = 0;
+    std::size_t geometryStamp = 0;
+    const KiCellFilter* filter = nullptr;
+    std::size_t filterStamp = 0;
+    const KiDataSet* set = nullptr;
+    std::size_t setStamp = 0;
+    std::vector<std::size_t> parameters;
+    friend bool operator==(const State&, const State&) = default;
+  };
+
   /// `name` is the extractor's class name, for messages and reports. The mesh must outlive this object.
   template <class Mesh>
   Extraction(const Mesh& mesh, bool parallel, std::string name)
       : m_view([&mesh] { return View(mesh); })
       , m_stamps([&mesh] { return std::pair(mesh.getTopology().getTimeStamp(), mesh.getGeometry().getTimeStamp()); })
-      , m_parallel(parallel)
+      , m_isParallel(parallel)
       , m_name(std::move(name)) {}
-  virtual ~Extraction() = default;
-  Extraction(const Extraction&) = delete;
-  Extraction& operator=(const Extraction&) = delete;
 
-protected:
-  /// Empties the output.
-  virtual void clear() = 0;
-  /// Gives the output new time stamps.
-  virtual void commit(const InputAddress& address) = 0;
-
-  /// Brings the output up to date by `make(run, mesh, faults)`, if the input has changed. `parameters` holds the
-  /// family's own part of the state; a `fault` in them leaves the output empty.
-  template <class Filter, class Make>
-  void update(KiExtractorCallback* callback, InputState parameters, const Filter* filter, const std::string& fault,
-              std::size_t numPhases, const Make& make) {
-    std::tie(parameters.topologyStamp, parameters.geometryStamp) = m_stamps();
-    parameters.filter = static_cast<const KiCellFilter*>(filter);
-    parameters.filterStamp = filter ? filter->getTimeStamp() : 0;
-    if (m_isValid && parameters == m_state) {
-      const Run nothingToDo(callback, m_parallel, m_name, {}, 0);
+  /// Brings `output` up to date by `make(run, view, faults)` if mesh, filter or request have changed. An empty mesh and
+  /// a request with a fault give an empty output. `numPhases` is a number or tells it by the view. `Output` offers
+  /// `clear`, `commit` and `dropUnusedSets` as `kx::Output` does.
+  template <class Output, class Filter, class NumPhases, class Make>
+  void update(KiExtractorCallback* callback, Output& output, Request request, const Filter* filter,
+              const NumPhases& numPhases, const Make& make) {
+    State state = stateOf(request, filter);
+    if (m_isValid && state == m_state) {
+      const Run nothingToDo(callback, m_isParallel, m_name, {}, 0);
       return;
     }
-    const bool isNewSet = !m_isValid || parameters.set != m_state.set || parameters.setStamp != m_state.setStamp;
+    const Changes changes = changesTo(state);
+    output.dropUnusedSets();
     m_isValid = false;
-    m_state = std::move(parameters);
+    m_state = std::move(state);
     Faults faults(m_name + "::extract");
-    View mesh = m_view();
-    mesh.setFilter(filter);
+    View view = m_view();
+    view.setFilter(filter);
     try {
-      const bool isFaulty = !fault.empty() || !mesh.fault.empty();
-      if (isFaulty) faults.post(!fault.empty() ? fault : mesh.fault);
-      Run run(callback, m_parallel, m_name, {true, true, isNewSet}, isFaulty ? 0 : numPhases);
-      if (isFaulty)
-        clear();
+      const std::string& fault = request.fault.empty() ? view.fault : request.fault;
+      if (!fault.empty()) faults.post(fault);
+      const bool isEmpty = !fault.empty() || view.numCells == 0;
+      Run run(callback, m_isParallel, m_name, changes, isEmpty ? 0 : phasesOf(numPhases, view));
+      if (isEmpty)
+        output.clear();
       else
-        make(run, mesh, faults);
+        make(run, view, faults);
     } catch (...) {
-      clear();
-      commit(addressOf(mesh));
+      output.clear();
+      output.commit(addressOf(view));
       throw;
     }
-    commit(addressOf(mesh));
+    output.commit(addressOf(view));
     m_isValid = true;
     faults.post();
   }
 
-  /// Output that a set is mapped onto.
-  struct Target {
-    MappedSets* sets;
-    std::size_t outputStamp;
-    std::size_t numVertices;
-    std::size_t numCells;
-  };
-  /// Maps a set onto each target by `vertexValue(values, target, vertex)` or `cellValue(values, target, cell)`. Null
-  /// entries when the set does not suit.
-  template <class T, class Set, class VertexValue, class CellValue>
-  std::vector<const KeXDataSetI<T>*> map(KiExtractorCallback* callback, const Set& set,
-                                         const std::vector<Target>& targets, const VertexValue& vertexValue,
-                                         const CellValue& cellValue) {
+  /// The set mapped onto each output, nodes by `valueAt(values, output, vertex)` with the output's number. Null entries
+  /// when the set does not suit.
+  template <class T, template <class> class Set, class Output, class ValueAt>
+  std::vector<const KeXDataSetI<T>*> mapAll(KiExtractorCallback* callback, const Set<T>& set,
+                                            const std::vector<Output*>& outputs, const ValueAt& valueAt) {
     std::vector<const KeXDataSetI<T>*> results;
     std::size_t numMissing = 0;
-    for (const Target& target : targets) {
-      results.push_back(target.sets->template find<T>(set, target.outputStamp));
+    for (const Output* output : outputs) {
+      results.push_back(output->sets.template find<T>(set, output->mesh.outputStamp()));
       numMissing += !results.back();
     }
     const std::string origin = m_name + (std::is_same_v<T, double> ? "::extractScalarSet" : "::extractVec3Set");
     if (numMissing == 0) {
-      const Run nothingToDo(callback, m_parallel, origin, {}, 0);
+      const Run nothingToDo(callback, m_isParallel, origin, {}, 0);
       return results;
     }
     const Faults faults(origin);
     if (m_isValid && m_stamps() != std::pair(m_state.topologyStamp, m_state.geometryStamp)) {
       faults.post("the mesh has changed since the last extraction");
-      return std::vector<const KeXDataSetI<T>*>(targets.size(), nullptr);
+      return std::vector<const KeXDataSetI<T>*>(outputs.size(), nullptr);
     }
-    const View mesh = m_view();
+    const View view = m_view();
     std::string fault;
-    visitSet(mesh, set, fault, [&](const auto& values) {
-      Run run(callback, m_parallel, origin, {false, false, true}, numMissing);
+    visitSet(view, set, fault, [&](const auto& values) {
+      Run run(callback, m_isParallel, origin, {false, false, true}, numMissing);
       const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-      for (std::size_t t = 0; t < targets.size(); ++t) {
-        if (results[t]) continue;
-        const Target& target = targets[t];
+      for (std::size_t n = 0; n < outputs.size(); ++n) {
+        if (results[n]) continue;
+        const auto& data = outputs[n]->mesh.data();
+        MappedSets& sets = outputs[n]->sets;
+        const std::size_t stamp = outputs[n]->mesh.outputStamp();
         if (isPerNode)
-          results[t] = target.sets->template fill<T>(run, set, target.outputStamp, target.numVertices,
-                                                     [&](std::size_t v) { return vertexValue(values, t, v); });
+          results[n] = sets.fill<T>(run, set, stamp, data.numVertices(),
+                                    [&](std::size_t vertex) { return valueAt(values, n, vertex); });
         else
-          results[t] = target.sets->template fill<T>(run, set, target.outputStamp, target.numCells,
-                                                     [&](std::size_t c) { return cellValue(values, t, c); });
+          results[n] = sets.fill<T>(run, set, stamp, data.numCells(),
+                                    [&](std::size_t cell) { return values(data.inputCells[cell]); });
       }
     });
     if (!fault.empty()) faults.post(fault);
     return results;
   }
+  /// The same for one output, nodes by `valueAt(values, vertex)`.
+  template <class T, template <class> class Set, class Output, class ValueAt>
+  const KeXDataSetI<T>* map(KiExtractorCallback* callback, const Set<T>& set, Output& output, const ValueAt& valueAt) {
+    const auto valueAtVertex = [&](const auto& values, std::size_t, std::size_t vertex) {
+      return valueAt(values, vertex);
+    };
+    return mapAll(callback, set, std::vector<Output*>{&output}, valueAtVertex).front();
+  }
 
-  /// The input of the last `update`.
-  const InputState& state() const { return m_state; }
+  /// Of the present or last `update`.
+  const State& state() const { return m_state; }
 
 private:
+  template <class Filter>
+  State stateOf(Request& request, const Filter* filter) const {
+    const auto [topologyStamp, geometryStamp] = m_stamps();
+    return {topologyStamp,
+            geometryStamp,
+            filter,
+            filter ? filter->getTimeStamp() : 0,
+            request.set,
+            request.set ? request.set->getTimeStamp() : 0,
+            std::move(request.parameters)};
+  }
+  /// A new filter, set or parameter makes an output that is new as a whole.
+  Changes changesTo(const State& state) const {
+    if (!m_isValid) return {true, true, state.set != nullptr};
+    const bool isNewSet = state.set != m_state.set || state.setStamp != m_state.setStamp;
+    const bool isNewRequest = isNewSet || state.filter != m_state.filter || state.filterStamp != m_state.filterStamp ||
+                              state.parameters != m_state.parameters;
+    return {isNewRequest || state.geometryStamp != m_state.geometryStamp,
+            isNewRequest || state.topologyStamp != m_state.topologyStamp, isNewSet};
+  }
+  template <class NumPhases>
+  static std::size_t phasesOf(const NumPhases& numPhases, const View& view) {
+    if constexpr (std::is_invocable_v<NumPhases, const View&>)
+      return numPhases(view);
+    else
+      return numPhases;
+  }
+
   std::function<View()> m_view;
   std::function<std::pair<std::size_t, std::size_t>()> m_stamps;
-  bool m_parallel;
+  bool m_isParallel;
   std::string m_name;
   bool m_isValid = false; ///< whether the output belongs to m_state
-  InputState m_state;
+  State m_state;
 };
 
 } // namespace kx

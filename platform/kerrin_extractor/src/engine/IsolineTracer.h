@@ -4,7 +4,7 @@
 #include "FaceCutter.h"
 #include "Faults.h"
 #include "LineMesh.h"
-#include "MappedSets.h"
+#include "Output.h"
 #include "Run.h"
 
 #include <cstdint>
@@ -13,13 +13,11 @@
 namespace kx {
 
 /// The lines at one value, where their vertices come from, and what is mapped onto them.
-struct Isoline {
-  LineMesh mesh;
+struct Isoline : Output<LineMesh> {
   EdgeSources sources;
-  MappedSets sets;
 
   void clear() {
-    mesh.data().clear();
+    Output::clear();
     sources.resize(0, 0);
   }
 };

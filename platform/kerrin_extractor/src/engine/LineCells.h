@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Faults.h"
 #include "FlatMesh.h"
 #include "Stencil.h"
 
 #include <KerrinExtractor/KiTessellator.h>
 
+#include <functional>
 #include <vector>
 
 namespace kx {
@@ -34,5 +36,12 @@ private:
   const KiTessellator* m_tessellator;
   std::vector<Stencil> m_points;
 };
+
+/// Calls `visit(cell, nodes, points)` for each open cell of a line mesh that can be shown, in order, with the points of
+/// its pieces; with `chosen`, for those of the list. Cells with a position that is not finite are left out.
+using VisitLineCell =
+    std::function<void(std::size_t cell, const CellNodeList& nodes, const std::vector<Stencil>& points)>;
+void visitLineCells(const FlatMesh& mesh, const KiTessellator* tessellator, const std::vector<std::size_t>* chosen,
+                    Faults& faults, const VisitLineCell& visit);
 
 } // namespace kx

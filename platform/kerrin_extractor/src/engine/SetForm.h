@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "FlatForms.h"
+#include "FlatMesh.h"
 #include "MeshView.h"
 #include "SurfaceCells.h"
 #include "ValueView.h"
@@ -9,43 +11,64 @@
 
 namespace kx {
 
-/// Calls `visit` with the values of a set by flat index, if the set has the form that a volume mesh wants for the set's
-/// binding: I for nodes and cells of unstructured meshes and for nodes of explicit hexahedra, Ijk for all others. False
-/// for any other combination, and, with a reason in `fault`, for a set that is too short.
-template <class T, class Visit>
-bool withValues(const MeshView& mesh, const KiDataSetI<T>& set, std::string& fault, const Visit& visit) {
+// How each view of a mesh tells the address of its cells, and reads a set in the form that suits the mesh and the set's
+// binding: I for nodes and cells with one index, Ij and Ijk for those with more. `viewFor` gives nothing for any other
+// combination, and, with a reason in `fault`, for a set that is too short.
+
+inline InputAddress addressOf(const FlatMesh& mesh) { return mesh.address; }
+inline InputAddress addressOf(const MeshView& mesh) { return {mesh.isStructured, mesh.cellDims}; }
+
+template <class T>
+std::optional<SetView<T>> viewFor(const FlatMesh& mesh, const KiDataSetI<T>& set, std::string& fault) {
+  if (mesh.address.isStructured || set.getBinding() == DataBinding::AUTO) return std::nullopt;
+  return viewSet(set, set.getBinding() == DataBinding::PER_NODE ? mesh.endNode : mesh.numCells, fault);
+}
+
+template <class T>
+std::optional<SetView<T>> viewFor(const MeshView& mesh, const KiDataSetI<T>& set, std::string& fault) {
   const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (isPerNode ? mesh.hasGridNodes : mesh.isStructured || set.getBinding() != DataBinding::PER_CELL) return false;
-  const std::optional<SetView<T>> view = viewSet(set, isPerNode ? mesh.endNode : mesh.numCells, fault);
+  if (set.getBinding() == DataBinding::AUTO || (isPerNode ? mesh.hasGridNodes : mesh.isStructured)) return std::nullopt;
+  return viewSet(set, isPerNode ? mesh.endNode : mesh.numCells, fault);
+}
+
+template <class T>
+std::optional<SetView<T>> viewFor(const MeshView& mesh, const KiDataSetIjk<T>& set, std::string& fault) {
+  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
+  if (set.getBinding() == DataBinding::AUTO || !(isPerNode ? mesh.hasGridNodes : mesh.isStructured))
+    return std::nullopt;
+  return viewSet(set, isPerNode ? mesh.nodeDims : mesh.cellDims, isPerNode ? mesh.slotBits : 0, fault);
+}
+
+/// Calls `visit` with the values of a set by flat index. False where there is no view of it.
+template <class View, class Set, class Visit>
+bool visitSet(const View& mesh, const Set& set, std::string& fault, const Visit& visit) {
+  const auto view = viewFor(mesh, set, fault);
   if (view) std::visit(visit, *view);
   return view.has_value();
 }
 
 template <class T, class Visit>
-bool withValues(const MeshView& mesh, const KiDataSetIjk<T>& set, std::string& fault, const Visit& visit) {
-  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (isPerNode ? !mesh.hasGridNodes : !mesh.isStructured || set.getBinding() != DataBinding::PER_CELL) return false;
-  const std::optional<SetView<T>> view =
-      viewSet(set, isPerNode ? mesh.nodeDims : mesh.cellDims, isPerNode ? mesh.slotBits : 0, fault);
+bool visitSet(const FlatMesh& mesh, const KiDataSetIj<T>& set, std::string& fault, const Visit& visit) {
+  if (!mesh.address.isStructured || set.getBinding() == DataBinding::AUTO) return false;
+  const Dims& dims = set.getBinding() == DataBinding::PER_NODE ? mesh.nodeDims : mesh.cellDims;
+  const FlatSet<T, KiDataSetIj<T>> flat(set, dims); // lives as long as the view of it
+  const std::optional<SetView<T>> view = viewSet<T>(flat, dims.count(), fault);
   if (view) std::visit(visit, *view);
   return view.has_value();
 }
 
-/// The same for surface meshes: the form I for unstructured, Ij for structured ones.
-template <class T, class Visit>
-bool withValues(const SurfaceCells& mesh, const KiDataSetI<T>& set, std::string& fault, const Visit& visit) {
-  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (mesh.isStructured || (!isPerNode && set.getBinding() != DataBinding::PER_CELL)) return false;
-  const std::optional<SetView<T>> view = viewSet(set, isPerNode ? mesh.endNode : mesh.numCells, fault);
-  if (view) std::visit(visit, *view);
-  return view.has_value();
+// The same for the surface meshes of `SurfaceLocator`.
+
+template <class T>
+std::optional<SetView<T>> viewFor(const SurfaceCells& mesh, const KiDataSetI<T>& set, std::string& fault) {
+  if (mesh.isStructured || set.getBinding() == DataBinding::AUTO) return std::nullopt;
+  return viewSet(set, set.getBinding() == DataBinding::PER_NODE ? mesh.endNode : mesh.numCells, fault);
 }
 
 template <class T, class Visit>
-bool withValues(const SurfaceCells& mesh, const KiDataSetIj<T>& set, std::string&, const Visit& visit) {
-  const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
-  if (!mesh.isStructured || (!isPerNode && set.getBinding() != DataBinding::PER_CELL)) return false;
-  const std::size_t numI = isPerNode ? mesh.nodeDims.i : mesh.cellDims.i;
+bool visitSet(const SurfaceCells& mesh, const KiDataSetIj<T>& set, std::string&, const Visit& visit) {
+  if (!mesh.isStructured || set.getBinding() == DataBinding::AUTO) return false;
+  const std::size_t numI = set.getBinding() == DataBinding::PER_NODE ? mesh.nodeDims.i : mesh.cellDims.i;
   visit([&set, numI](std::size_t index) { return set.get(index % numI, index / numI); });
   return true;
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The cell extract family: chosen surface and volume cells as shapes of their own, shrunk towards their centres.
+#include "PickShell.h"
+#include "ShrinkFactor.h"
 #include "src/engine/CellShape.h"
-#include "src/engine/Extraction.h"
+#include "src/engine/Product.h"
 #include "src/engine/SkinFaces.h"
 #include "src/engine/SurfaceMesh.h"
 #include "src/engine/SurfaceWriter.h"
@@ -11,7 +13,8 @@
 #include <KerrinExtractor/KiCellExtractIjk.h>
 #include <KerrinExtractor/KiCellExtractUnstructured.h>
 
-#include <cmath>
+#include <array>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -69,52 +72,71 @@ Vec3 centreOf(const View& mesh, std::size_t cell) {
   return shape.centre();
 }
 
+/// The counts of a structured mesh's cells.
+template <class Mesh>
+kx::Dims cellDimsOf(const Mesh& mesh) {
+  const auto& topology = mesh.getTopology();
+  if constexpr (requires { topology.getNumCellsK(); })
+    return {topology.getNumCellsI(), topology.getNumCellsJ(), topology.getNumCellsK()};
+  else if constexpr (requires { topology.getNumCellsJ(); })
+    return {topology.getNumCellsI(), topology.getNumCellsJ(), 1};
+  else
+    return {};
+}
+
+std::array<std::size_t, 3> indicesOf(const KiCellExtractIj::couple& cell) { return {cell.first, cell.second, 0}; }
+std::array<std::size_t, 3> indicesOf(const KiCellExtractIjk::triplet& cell) { return {cell[0], cell[1], cell[2]}; }
+
 /// What all forms share. `View` is `kx::FlatMesh` or `kx::MeshView`. Chosen cells come as flat indices.
 template <class View>
-class Cells final : public kx::Extraction<View> {
+class Cells {
 public:
   template <class Mesh>
-  Cells(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
-      : kx::Extraction<View>(mesh, parallel, name)
+  Cells(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator = nullptr)
+      : m_product(mesh, parallel, name)
+      , m_cellDims([&mesh] { return cellDimsOf(mesh); })
       , m_tessellator(tessellator) {}
+
+  /// The flat indices of chosen cells; cells out of range along any axis become an index out of range.
+  template <class Choice>
+  std::vector<std::size_t> flatten(const std::vector<Choice>& cells) const {
+    if constexpr (std::is_same_v<Choice, std::size_t>) {
+      return cells;
+    } else {
+      const kx::Dims dims = m_cellDims();
+      std::vector<std::size_t> flat;
+      for (const Choice& cell : cells) {
+        const auto [i, j, k] = indicesOf(cell);
+        flat.push_back(i < dims.i && j < dims.j && k < dims.k ? dims.flat(i, j, k) : static_cast<std::size_t>(-1));
+      }
+      return flat;
+    }
+  }
 
   template <class Filter>
   const Surface& shrink(KiExtractorCallback* callback, const std::vector<std::size_t>* chosen, double factor,
                         const Filter* filter) {
-    kx::InputState parameters;
-    parameters.numbers = {factor};
-    parameters.choosesCells = chosen != nullptr;
-    if (chosen) parameters.cells = *chosen;
-    parameters.tessellatorStamp = m_tessellator ? m_tessellator->getTimeStamp() : 0;
-    // Beyond a million, vertices leave the range of what can be shown.
-    const std::string fault = !(factor > 0.0)    ? "the factor " + std::to_string(factor) + " is not greater than 0"
-                              : !(factor <= 1e6) ? "the factor " + std::to_string(factor) + " is greater than 1000000"
-                                                 : "";
-    this->update(callback, std::move(parameters), filter, fault, 2,
-                 [&](kx::Run& run, const View& mesh, kx::Faults& faults) {
-                   m_sets.dropUnused(m_mesh.outputStamp());
-                   if (m_tessellator && kx::hasQuadraticCells(mesh))
-                     writeCurved(run, mesh, chosen, factor, faults);
-                   else
-                     write(run, mesh, chosen, factor, faults);
-                 });
-    return m_mesh;
+    kx::Request request(chosen ? *chosen : std::vector<std::size_t>());
+    request.parameters.push_back(chosen != nullptr);
+    request.add(factor).add(m_tessellator);
+    request.fault = kx::faultOfFactor(factor);
+    return m_product.update(callback, filter, std::move(request), 2,
+                            [&](kx::Run& run, const View& mesh, kx::SurfaceData& data, kx::Faults& faults) {
+                              if (m_tessellator && kx::hasQuadraticCells(mesh))
+                                writeCurved(run, mesh, chosen, factor, data, faults);
+                              else
+                                write(run, mesh, chosen, factor, data, faults);
+                            });
   }
 
-  template <class T, class Set>
-  const KeXDataSetI<T>* mapSet(KiExtractorCallback* callback, const Set& set) {
-    const kx::SurfaceData& data = m_mesh.data();
-    return this
-        ->template map<T>(
-            callback, set, {{&m_sets, m_mesh.outputStamp(), data.numVertices(), data.numCells()}},
-            [this, &data](const auto& values, std::size_t, std::size_t v) {
-              return m_blends.valueAt(values, data.edgeBegins[v]);
-            },
-            [&data](const auto& values, std::size_t, std::size_t c) { return values(data.inputCells[c]); })
-        .front();
+  template <class T, template <class> class Set>
+  const KeXDataSetI<T>* map(KiExtractorCallback* callback, const Set<T>& set) {
+    return m_product.map(callback, set, [this](const auto& values, std::size_t vertex) {
+      return m_blends.valueAt(values, output().data().edgeBegins[vertex]);
+    });
   }
 
-  const Surface& output() const { return m_mesh; }
+  const kx::SurfaceMesh& output() const { return m_product.output(); }
 
 private:
   struct Counts {
@@ -125,7 +147,7 @@ private:
 
   /// Counts what each chunk of cells yields, then lets each chunk write where it belongs.
   void write(kx::Run& run, const View& mesh, const std::vector<std::size_t>* chosen, double factor,
-             kx::Faults& faults) {
+             kx::SurfaceData& data, kx::Faults& faults) {
     constexpr std::size_t CHUNK = 4096;
     m_blends = kx::NodeBlends();
     const std::size_t numCells = chosen ? chosen->size() : mesh.numCells;
@@ -155,10 +177,9 @@ private:
     if (sum.indices > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
       faults.post("the cells need " + std::to_string(sum.indices) +
                   " indices, more than 32 bits address; the output is empty");
-      clear();
+      data.clear();
       return;
     }
-    kx::SurfaceData& data = m_mesh.data();
     data.indices.resize(sum.indices);
     data.inputCells.resize(sum.polygons, mesh.numCells);
     data.vertices.resize(3 * sum.vertices);
@@ -188,7 +209,7 @@ private:
   }
 
   void writeCurved(kx::Run& run, const View& mesh, const std::vector<std::size_t>* chosen, double factor,
-                   kx::Faults& faults) {
+                   kx::SurfaceData& data, kx::Faults& faults) {
     std::vector<std::size_t> cells;
     kx::CellShape shape;
     const std::size_t count = chosen ? chosen->size() : mesh.numCells;
@@ -201,90 +222,38 @@ private:
     kx::FaceTessellator::writeCells(run, {*m_tessellator, mesh.points, mesh.endNode, mesh.numCells, faces.source},
                                     {cells.size(), [&](std::size_t n) { return faces.begins[n]; },
                                      [&](std::size_t cell) { return centreOf(mesh, cell); }, factor},
-                                    {m_mesh.data(), m_blends}, faults);
+                                    {data, m_blends}, faults);
   }
 
-  void clear() override { m_mesh.data().clear(); }
-  void commit(const kx::InputAddress& address) override { m_mesh.commit(address); }
-
+  kx::Product<View, kx::SurfaceMesh> m_product;
+  std::function<kx::Dims()> m_cellDims;
   const KiTessellator* m_tessellator;
-  kx::SurfaceMesh m_mesh;
   kx::NodeBlends m_blends; ///< vertices of subdivided cells
-  kx::MappedSets m_sets;
 };
 
-/// The flat indices of chosen cells; cells out of range along any axis become an index out of range.
-std::vector<std::size_t> flatten(const std::vector<KiCellExtractIjk::triplet>& cells, const kx::Dims& dims) {
-  std::vector<std::size_t> flat;
-  for (const KiCellExtractIjk::triplet& c : cells)
-    flat.push_back(c[0] < dims.i && c[1] < dims.j && c[2] < dims.k ? dims.flat(c[0], c[1], c[2])
-                                                                   : static_cast<std::size_t>(-1));
-  return flat;
-}
-
-/// The operations that all forms have. `Set` is the form of data sets, `Filter` that of filters, `Choice` that of
-/// chosen cells.
-template <class Interface, class View, template <class> class Set, class Filter, class Choice>
-class CellExtract : public Interface {
+/// Adds `extract` to a shell of any form. `Choice` is how it tells chosen cells.
+template <class Shell, class Filter, class Choice>
+class CellExtract final : public Shell {
 public:
-  template <class Mesh>
-  CellExtract(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator = nullptr)
-      : m_cells(mesh, parallel, name, tessellator)
-      , m_flatten([&mesh](const std::vector<Choice>& cells) {
-        const auto& topology = mesh.getTopology();
-        if constexpr (std::is_same_v<Choice, std::size_t>) {
-          (void)topology;
-          return cells;
-        } else if constexpr (std::is_same_v<Choice, KiCellExtractIj::couple>) {
-          std::vector<KiCellExtractIjk::triplet> triplets;
-          for (const auto& [i, j] : cells)
-            triplets.push_back({i, j, 0});
-          return flatten(triplets, {topology.getNumCellsI(), topology.getNumCellsJ(), 1});
-        } else {
-          return flatten(cells, {topology.getNumCellsI(), topology.getNumCellsJ(), topology.getNumCellsK()});
-        }
-      }) {}
-
+  using Shell::Shell;
   const Surface& extract(double factor, const Filter* filter) override {
-    return m_cells.shrink(this->getExtractorCallback(), nullptr, factor, filter);
+    return this->m_state.shrink(this->getExtractorCallback(), nullptr, factor, filter);
   }
   const Surface& extract(const std::vector<Choice>& cells, double factor, const Filter* filter) override {
-    const std::vector<std::size_t> flat = m_flatten(cells);
-    return m_cells.shrink(this->getExtractorCallback(), &flat, factor, filter);
+    const std::vector<std::size_t> flat = this->m_state.flatten(cells);
+    return this->m_state.shrink(this->getExtractorCallback(), &flat, factor, filter);
   }
-  const KeXDataSetI<double>* extractScalarSet(const Set<double>& set) override {
-    return m_cells.template mapSet<double>(this->getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const Set<Vec3>& set) override {
-    return m_cells.template mapSet<Vec3>(this->getExtractorCallback(), set);
-  }
-  const Surface& getExtract() const override { return m_cells.output(); }
-
-protected:
-  Cells<View> m_cells;
-
-private:
-  std::function<std::vector<std::size_t>(const std::vector<Choice>&)> m_flatten;
 };
 
 template <class View>
-using CellUnstructured = CellExtract<KiCellExtractUnstructured, View, KiDataSetI, KiCellFilterI, std::size_t>;
-using CellIj = CellExtract<KiCellExtractIj, kx::FlatMesh, KiDataSetIj, KiCellFilterIj, KiCellExtractIj::couple>;
-using CellIjk = CellExtract<KiCellExtractIjk, kx::MeshView, KiDataSetIjk, KiCellFilterIjk, KiCellExtractIjk::triplet>;
-
-class CellHexahedronIjk final : public CellExtract<KiCellExtractHexahedronIjk, kx::MeshView, KiDataSetIjk,
-                                                   KiCellFilterIjk, KiCellExtractIjk::triplet> {
-public:
-  using CellExtract::CellExtract;
-  using CellExtract::extractScalarSet;
-  using CellExtract::extractVec3Set;
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
-    return m_cells.mapSet<double>(getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
-    return m_cells.mapSet<Vec3>(getExtractorCallback(), set);
-  }
-};
+using CellUnstructured =
+    CellExtract<kx::PickShell<KiCellExtractUnstructured, Cells<View>, KiDataSetI>, KiCellFilterI, std::size_t>;
+using CellIj = CellExtract<kx::PickShell<KiCellExtractIj, Cells<kx::FlatMesh>, KiDataSetIj>, KiCellFilterIj,
+                           KiCellExtractIj::couple>;
+using CellIjk = CellExtract<kx::PickShell<KiCellExtractIjk, Cells<kx::MeshView>, KiDataSetIjk>, KiCellFilterIjk,
+                            KiCellExtractIjk::triplet>;
+using CellHexahedronIjk = CellExtract<kx::PickShellHexahedronIjk<KiCellExtractHexahedronIjk, Cells<kx::MeshView>>,
+                                      KiCellFilterIjk, KiCellExtractIjk::triplet>;
 
 } // namespace
 

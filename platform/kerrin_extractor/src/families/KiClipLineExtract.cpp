@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The clip line family: sections of surface meshes by a plane or a curtain.
+#include "PickShell.h"
 #include "src/engine/CurtainTracer.h"
 #include "src/engine/CurvedSurface.h"
 #include "src/engine/Extraction.h"
@@ -12,70 +13,61 @@ namespace {
 
 using Vec3 = KbVec3<double>;
 
-class ClipLine final : public kx::Extraction<kx::FlatMesh> {
+class ClipLine {
 public:
   template <class Mesh>
-  ClipLine(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
-      : Extraction(mesh, parallel, name)
+  ClipLine(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator = nullptr)
+      : m_extraction(mesh, parallel, name)
       , m_tessellator(tessellator) {}
 
   template <class Filter>
   const KeXLineMeshUnstructured& cutByPlane(KiExtractorCallback* callback, const Vec3& normal, double distance,
                                             const Filter* filter) {
     const kx::PlaneFunction plane(normal, distance);
-    update(callback, parametersOf({normal[0], normal[1], normal[2], distance}), filter,
-           plane.fault() ? plane.fault() : "", numPhases(kx::IsolineTracer::NUM_PHASES),
-           [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
-             dropSets(false);
-             cut(run, mesh, faults, [&](const kx::FlatMesh& surface) {
-               kx::IsolineTracer().traceSection(run, surface, kx::FunctionValues{&plane, &surface.points}, 0.0, m_line,
-                                                faults);
-             });
-           });
+    kx::Request request;
+    request.add(normal).add(distance).add(m_tessellator);
+    if (plane.fault()) request.fault = plane.fault();
+    m_extraction.update(callback, m_line, std::move(request), filter, numPhases(kx::IsolineTracer::NUM_PHASES),
+                        [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
+                          m_isCurtain = false;
+                          cut(run, mesh, faults, [&](const kx::FlatMesh& surface) {
+                            kx::IsolineTracer().traceSection(run, surface, kx::FunctionValues{&plane, &surface.points},
+                                                             0.0, m_line, faults);
+                          });
+                        });
     return m_line.mesh;
   }
 
   template <class Filter>
   const KeXLineMeshUnstructured& cutByCurtain(KiExtractorCallback* callback, const Vec3& direction,
                                               const std::vector<Vec3>& polyline, const Filter* filter) {
-    std::vector<double> numbers{direction[0], direction[1], direction[2]};
-    for (const Vec3& p : polyline)
-      numbers.insert(numbers.end(), {p[0], p[1], p[2]});
-    kx::InputState parameters = parametersOf(std::move(numbers));
-    parameters.set = &m_points; // tells curtains from planes
     const kx::Curtain curtain(direction, polyline);
-    update(callback, std::move(parameters), filter, curtain.fault(), numPhases(kx::CurtainTracer::NUM_PHASES),
-           [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
-             dropSets(true);
-             cut(run, mesh, faults, [&](const kx::FlatMesh& surface) {
-               kx::CurtainTracer().trace(run, surface, curtain, m_line.mesh.data(), m_points, faults);
-             });
-           });
+    kx::Request request; // curtains have another number of parameters than planes
+    request.add(direction).add(m_tessellator);
+    for (const Vec3& p : polyline)
+      request.add(p);
+    request.fault = curtain.fault();
+    m_extraction.update(callback, m_line, std::move(request), filter, numPhases(kx::CurtainTracer::NUM_PHASES),
+                        [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
+                          m_isCurtain = true;
+                          cut(run, mesh, faults, [&](const kx::FlatMesh& surface) {
+                            kx::CurtainTracer().trace(run, surface, curtain, m_line.mesh.data(), m_points, faults);
+                          });
+                        });
     return m_line.mesh;
   }
 
-  template <class T, class Set>
-  const KeXDataSetI<T>* mapSet(KiExtractorCallback* callback, const Set& set) {
-    const kx::LineData& data = m_line.mesh.data();
-    return map<T>(
-               callback, set, {{&m_line.sets, m_line.mesh.outputStamp(), data.numVertices(), data.numCells()}},
-               [this](const auto& values, std::size_t, std::size_t v) {
-                 if (m_curvedPoints.size() > 0) return T(m_curvedPoints.valueAt(values, v));
-                 return m_isCurtain ? T(m_points[v].valueAt(values)) : T(m_line.sources.valueAt(values, v));
-               },
-               [&data](const auto& values, std::size_t, std::size_t c) { return values(data.inputCells[c]); })
-        .front();
+  template <class T, template <class> class Set>
+  const KeXDataSetI<T>* map(KiExtractorCallback* callback, const Set<T>& set) {
+    return m_extraction.map(callback, set, m_line, [this](const auto& values, std::size_t vertex) {
+      if (m_curvedPoints.size() > 0) return T(m_curvedPoints.valueAt(values, vertex));
+      return m_isCurtain ? T(m_points[vertex].valueAt(values)) : T(m_line.sources.valueAt(values, vertex));
+    });
   }
 
   const KeXLineMeshUnstructured& output() const { return m_line.mesh; }
 
 private:
-  kx::InputState parametersOf(std::vector<double> numbers) const {
-    kx::InputState parameters;
-    parameters.numbers = std::move(numbers);
-    parameters.tessellatorStamp = m_tessellator ? m_tessellator->getTimeStamp() : 0;
-    return parameters;
-  }
   /// The subdivision is announced even where no cell turns out to need it.
   std::size_t numPhases(std::size_t numCutPhases) const {
     return numCutPhases + (m_tessellator ? kx::CurvedSurface::NUM_PHASES : 0);
@@ -105,17 +97,8 @@ private:
       surface.blendAt(cells[v], source.nodes, source.weights, m_curvedPoints);
     }
   }
-  void dropSets(bool isCurtain) {
-    m_isCurtain = isCurtain;
-    m_line.sets.dropUnused(m_line.mesh.outputStamp());
-  }
-  void clear() override {
-    m_line.clear();
-    m_points.clear();
-    m_curvedPoints.clear();
-  }
-  void commit(const kx::InputAddress& address) override { m_line.mesh.commit(address); }
 
+  kx::Extraction<kx::FlatMesh> m_extraction;
   kx::Isoline m_line;                ///< `sources` serve the cut by a plane
   std::vector<kx::Stencil> m_points; ///< and these the cut by a curtain
   bool m_isCurtain = false;
@@ -123,35 +106,23 @@ private:
   kx::BlendList m_curvedPoints; ///< of the vertices where cells were subdivided
 };
 
-/// The shell of both forms.
-template <class Interface, template <class> class Set, class Filter>
-class ClipLineExtract final : public Interface {
+/// Adds `extract` to a shell of either form.
+template <class Shell, class Filter>
+class ClipLineExtract final : public Shell {
 public:
-  template <class Mesh>
-  ClipLineExtract(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator = nullptr)
-      : m_clip(mesh, parallel, name, tessellator) {}
-
+  using Shell::Shell;
   const KeXLineMeshUnstructured& extract(const Vec3& normal, double distance, const Filter* filter) override {
-    return m_clip.cutByPlane(this->getExtractorCallback(), normal, distance, filter);
+    return this->m_state.cutByPlane(this->getExtractorCallback(), normal, distance, filter);
   }
   const KeXLineMeshUnstructured& extract(const Vec3& direction, const std::vector<Vec3>& polyline,
                                          const Filter* filter) override {
-    return m_clip.cutByCurtain(this->getExtractorCallback(), direction, polyline, filter);
+    return this->m_state.cutByCurtain(this->getExtractorCallback(), direction, polyline, filter);
   }
-  const KeXDataSetI<double>* extractScalarSet(const Set<double>& set) override {
-    return m_clip.template mapSet<double>(this->getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const Set<Vec3>& set) override {
-    return m_clip.template mapSet<Vec3>(this->getExtractorCallback(), set);
-  }
-  const KeXLineMeshUnstructured& getExtract() const override { return m_clip.output(); }
-
-private:
-  ClipLine m_clip;
 };
 
-using ClipLineUnstructured = ClipLineExtract<KiClipLineExtractUnstructured, KiDataSetI, KiCellFilterI>;
-using ClipLineIj = ClipLineExtract<KiClipLineExtractIj, KiDataSetIj, KiCellFilterIj>;
+using ClipLineUnstructured =
+    ClipLineExtract<kx::PickShell<KiClipLineExtractUnstructured, ClipLine, KiDataSetI>, KiCellFilterI>;
+using ClipLineIj = ClipLineExtract<kx::PickShell<KiClipLineExtractIj, ClipLine, KiDataSetIj>, KiCellFilterIj>;
 
 } // namespace
 

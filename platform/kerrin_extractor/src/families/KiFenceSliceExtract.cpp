@@ -10,7 +10,6 @@
 #include <KerrinExtractor/KiFenceSliceExtractUnstructured.h>
 
 #include <array>
-#include <bit>
 #include <optional>
 #include <type_traits>
 
@@ -29,36 +28,23 @@ public:
   template <class Filter>
   const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, const Vec3& direction,
                                             const std::vector<Vec3>& polyline, const Filter* filter) {
-    std::vector<std::size_t> parameters;
-    const auto add = [&parameters](const Vec3& v) {
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        parameters.push_back(std::bit_cast<std::size_t>(v[axis]));
-    };
-    add(direction);
-    for (const Vec3& p : polyline)
-      add(p);
-    parameters.push_back(m_tessellator ? m_tessellator->getTimeStamp() : 0);
     const kx::Curtain curtain(direction, polyline);
-    const bool isEmpty = curtain.numSegments() == 0;
+    kx::Request request;
+    request.add(direction).add(m_tessellator);
+    for (const Vec3& p : polyline)
+      request.add(p);
+    request.fault = curtain.fault();
+    if (request.fault.empty() && polyline.empty()) request.fault = "the polyline is empty";
     const auto numPhases = [&](const kx::MeshView& mesh) {
-      if (isEmpty) return std::size_t{0};
       const bool subdivides = isCurved(mesh) && m_stamps != stampsOf(mesh);
       return kx::FenceCutter::NUM_PHASES + (subdivides ? kx::Tessellation::NUM_PHASES : 0);
     };
-    return m_product.update(callback, filter, std::move(parameters), numPhases,
+    return m_product.update(callback, filter, std::move(request), numPhases,
                             [&](kx::Run& run, const kx::MeshView& mesh, kx::SurfaceData& data, kx::Faults& faults) {
                               m_points.clear();
-                              if (!isEmpty && isCurved(mesh)) {
-                                if constexpr (std::is_same_v<Filter, KiCellFilterI>)
-                                  cutCurved(run, mesh, curtain, filter, data, faults);
-                                return;
-                              }
-                              if (!isEmpty) {
-                                m_cutter.cut(run, mesh, curtain, data, m_sources, faults);
-                                return;
-                              }
-                              faults.post(curtain.fault().empty() ? "the polyline is empty" : curtain.fault());
-                              data.clear();
+                              if constexpr (std::is_same_v<Filter, KiCellFilterI>)
+                                if (isCurved(mesh)) return cutCurved(run, mesh, curtain, filter, data, faults);
+                              m_cutter.cut(run, mesh, curtain, data, m_sources, faults);
                             });
   }
   template <class T, template <class> class Set>

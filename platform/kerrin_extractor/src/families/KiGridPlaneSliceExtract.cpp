@@ -8,8 +8,6 @@
 #include <KerrinExtractor/KiGridPlaneSliceExtractIjk.h>
 #include <KerrinExtractor/KiGridPlaneSliceExtractUnstructured.h>
 
-#include <bit>
-
 namespace {
 
 using Vec3 = KbVec3<double>;
@@ -24,20 +22,14 @@ public:
   template <class Filter>
   const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, const Vec3& normal, double distance,
                                             double step, const Filter* filter) {
-    std::vector<std::size_t> parameters;
-    for (const double p : {normal[0], normal[1], normal[2], distance, step})
-      parameters.push_back(std::bit_cast<std::size_t>(p));
     const kx::PlaneGrid grid(normal, distance, step);
+    kx::Request request;
+    request.add(normal).add(distance).add(step);
+    request.fault = grid.fault();
     const kx::Changes changes = m_locator.getChanges();
-    const std::size_t numPhases =
-        grid.fault().empty() ? m_locator.numPhases(changes) + kx::PlaneSampler::NUM_PHASES : 0;
-    return m_product.update(callback, filter, std::move(parameters), numPhases,
+    const std::size_t numPhases = m_locator.numPhases(changes) + kx::PlaneSampler::NUM_PHASES;
+    return m_product.update(callback, filter, std::move(request), numPhases,
                             [&](kx::Run& run, const kx::MeshView&, kx::SurfaceData& data, kx::Faults& faults) {
-                              if (!grid.fault().empty()) {
-                                faults.post(grid.fault());
-                                data.clear();
-                                return;
-                              }
                               m_locator.update(run, changes, faults);
                               m_locator.setFilter(filter);
                               kx::PlaneSampler::sample(run, m_locator, grid, data, m_sources, faults);

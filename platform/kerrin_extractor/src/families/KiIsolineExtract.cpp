@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -16,108 +17,115 @@ using Vec3 = KbVec3<double>;
 using LineMeshes = std::vector<const KeXLineMeshUnstructured*>;
 
 /// What both forms share. A line whose value, mesh, set and filter are those of the last call stays as it is.
-class Isolines final : public kx::Extraction<kx::FlatMesh> {
+class Isolines {
 public:
-  using Extraction::Extraction;
+  template <class Mesh>
+  Isolines(const Mesh& mesh, bool parallel, const char* name)
+      : m_extraction(mesh, parallel, name) {}
 
   template <class Set, class Filter>
   const LineMeshes& extract(KiExtractorCallback* callback, const std::vector<double>& isovalues, const Set& set,
                             const Filter* filter) {
-    kx::InputState parameters;
-    parameters.set = static_cast<const KiDataSet*>(&set);
-    parameters.setStamp = set.getTimeStamp();
-    parameters.numbers = isovalues;
-    std::string fault;
+    kx::Request request;
+    for (const double isovalue : isovalues)
+      request.add(isovalue);
+    request.set = &set;
     if (set.getBinding() != DataBinding::PER_NODE)
-      fault = "the set \"" + set.getName() + "\" is not bound to the nodes";
-    update(callback, parameters, filter, fault, kx::IsolineTracer::NUM_PHASES,
-           [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
-             kx::InputState field = state();
-             field.numbers.clear();
-             const bool isSameField = m_hasIndex && field == m_indexState;
-             m_hasIndex = false;
-             chooseChanged(isSameField);
-             std::string setFault;
-             kx::visitSet(mesh, set, setFault, [&](const auto& values) {
-               trace(run, mesh, values, !isSameField, faults);
-               m_indexState = field;
-               m_hasIndex = true;
-             });
-             if (m_hasIndex) return;
-             faults.post(!setFault.empty() ? setFault
-                                           : "the set \"" + set.getName() +
-                                                 "\" has a form of addressing that does not suit the mesh");
-             clear();
-           });
-    return m_output;
+      request.fault = "the set \"" + set.getName() + "\" is not bound to the nodes";
+    m_lines.wanted = isovalues;
+    m_extraction.update(callback, m_lines, std::move(request), filter, kx::IsolineTracer::NUM_PHASES,
+                        [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
+                          Input field = m_extraction.state();
+                          field.parameters.clear();
+                          const bool isSameField = m_indexInput == field;
+                          m_indexInput.reset();
+                          m_lines.choose(isSameField);
+                          std::string fault;
+                          const bool suits = kx::visitSet(mesh, set, fault, [&](const auto& values) {
+                            trace(run, mesh, values, !isSameField, faults);
+                          });
+                          if (suits) {
+                            m_indexInput = std::move(field);
+                            return;
+                          }
+                          faults.post(fault);
+                          m_lines.clear();
+                        });
+    return m_lines.meshes;
   }
 
-  template <class T, class Set>
-  std::vector<const KeXDataSetI<T>*> mapSet(KiExtractorCallback* callback, const Set& set) {
-    std::vector<Target> targets;
-    for (const auto& line : m_lines)
-      targets.push_back(
-          {&line->sets, line->mesh.outputStamp(), line->mesh.data().numVertices(), line->mesh.data().numCells()});
-    return map<T>(
-        callback, set, targets,
-        [this](const auto& values, std::size_t t, std::size_t v) { return m_lines[t]->sources.valueAt(values, v); },
-        [this](const auto& values, std::size_t t, std::size_t c) {
-          return values(m_lines[t]->mesh.data().inputCells[c]);
-        });
+  template <class T, template <class> class Set>
+  std::vector<const KeXDataSetI<T>*> map(KiExtractorCallback* callback, const Set<T>& set) {
+    std::vector<kx::Isoline*> outputs;
+    for (const auto& line : m_lines.lines)
+      outputs.push_back(line.get());
+    return m_extraction.mapAll(callback, set, outputs,
+                               [&outputs](const auto& values, std::size_t line, std::size_t vertex) {
+                                 return outputs[line]->sources.valueAt(values, vertex);
+                               });
   }
 
-  const LineMeshes& output() const { return m_output; }
+  const LineMeshes& output() const { return m_lines.meshes; }
 
 private:
-  /// One line for each value, and in `m_changed` those that have to be traced.
-  void chooseChanged(bool isSameField) {
-    const std::vector<double>& isovalues = state().numbers;
-    m_lines.resize(std::min(m_lines.size(), isovalues.size()));
-    m_changed.clear();
-    for (std::size_t i = 0; i < isovalues.size(); ++i) {
-      const bool isKnown = isSameField && i < m_isovalues.size() && m_isovalues[i] == isovalues[i];
-      if (i == m_lines.size()) m_lines.push_back(std::make_unique<kx::Isoline>());
-      if (!isKnown) m_changed.push_back(i);
+  using Input = kx::Extraction<kx::FlatMesh>::State;
+
+  /// The output: a line for each value.
+  struct Lines {
+    std::vector<double> wanted; ///< the values that are asked for
+    std::vector<double> isovalues;
+    std::vector<std::unique_ptr<kx::Isoline>> lines;
+    std::vector<std::size_t> changed; ///< the lines that are new
+    LineMeshes meshes;
+
+    /// One line for each value that is wanted; those that the field has already been traced at stay.
+    void choose(bool isSameField) {
+      lines.resize(std::min(lines.size(), wanted.size()));
+      changed.clear();
+      for (std::size_t i = 0; i < wanted.size(); ++i) {
+        const bool isKnown = isSameField && i < isovalues.size() && isovalues[i] == wanted[i];
+        if (i == lines.size()) lines.push_back(std::make_unique<kx::Isoline>());
+        if (!isKnown) changed.push_back(i);
+      }
+      meshes.clear();
+      for (const auto& line : lines)
+        meshes.push_back(&line->mesh);
+      isovalues = wanted;
     }
-    m_output.clear();
-    for (const auto& line : m_lines)
-      m_output.push_back(&line->mesh);
-    m_isovalues = isovalues;
-  }
+    void clear() {
+      choose(false);
+      for (const auto& line : lines)
+        line->clear();
+      isovalues.clear(); // what was traced is gone
+    }
+    void commit(const kx::InputAddress& address) {
+      for (const std::size_t i : changed)
+        lines[i]->commit(address);
+      changed.clear();
+    }
+    void dropUnusedSets() {
+      for (const auto& line : lines)
+        line->dropUnusedSets();
+    }
+  };
 
   template <class Values>
   void trace(kx::Run& run, const kx::FlatMesh& mesh, const Values& values, bool buildsIndex, kx::Faults& faults) {
     std::vector<double> isovalues;
     std::vector<kx::Isoline*> lines;
-    for (const std::size_t i : m_changed) {
-      isovalues.push_back(m_isovalues[i]);
-      lines.push_back(m_lines[i].get());
-      if (!std::isfinite(m_isovalues[i]))
-        faults.post("the isovalue " + std::to_string(m_isovalues[i]) + " is not finite");
-      m_lines[i]->sets.dropUnused(m_lines[i]->mesh.outputStamp());
+    for (const std::size_t i : m_lines.changed) {
+      const double isovalue = m_lines.wanted[i];
+      isovalues.push_back(isovalue);
+      lines.push_back(m_lines.lines[i].get());
+      if (!std::isfinite(isovalue)) faults.post("the isovalue " + std::to_string(isovalue) + " is not finite");
     }
     m_tracer.trace(run, mesh, values, isovalues, buildsIndex, lines, faults);
   }
 
-  void clear() override {
-    chooseChanged(false);
-    for (const auto& line : m_lines)
-      line->clear();
-    m_hasIndex = false;
-  }
-  void commit(const kx::InputAddress& address) override {
-    for (const std::size_t i : m_changed)
-      m_lines[i]->mesh.commit(address);
-    m_changed.clear();
-  }
-
-  std::vector<double> m_isovalues;
-  std::vector<std::unique_ptr<kx::Isoline>> m_lines;
-  std::vector<std::size_t> m_changed;
-  LineMeshes m_output;
+  kx::Extraction<kx::FlatMesh> m_extraction;
+  Lines m_lines;
   kx::IsolineTracer m_tracer;
-  bool m_hasIndex = false;
-  kx::InputState m_indexState; ///< what the tracer's index belongs to
+  std::optional<Input> m_indexInput; ///< what the tracer's index belongs to, but for the values
 };
 
 /// The shell of both forms.
@@ -134,10 +142,10 @@ public:
   }
   const LineMeshes& getExtract() const override { return m_isolines.output(); }
   std::vector<const KeXDataSetI<double>*> extractScalarSet(const Set<double>& set) override {
-    return m_isolines.mapSet<double>(this->getExtractorCallback(), set);
+    return m_isolines.map(this->getExtractorCallback(), set);
   }
   std::vector<const KeXDataSetI<Vec3>*> extractVec3Set(const Set<Vec3>& set) override {
-    return m_isolines.mapSet<Vec3>(this->getExtractorCallback(), set);
+    return m_isolines.map(this->getExtractorCallback(), set);
   }
 
 private:

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Line meshes shown as they are: whole with shared nodes, or as chosen cells that are shrunk towards their centres.
-#include "src/engine/LineExtraction.h"
+#include "PickShell.h"
+#include "ShrinkFactor.h"
+#include "src/engine/LineCells.h"
+#include "src/engine/LineMesh.h"
 #include "src/engine/NodeNumbers.h"
+#include "src/engine/Product.h"
 
 #include <KerrinExtractor/KiLineCellExtractI.h>
 #include <KerrinExtractor/KiLineCellExtractUnstructured.h>
@@ -15,48 +19,49 @@ namespace {
 
 using Vec3 = KbVec3<double>;
 
-class Lines final : public kx::LineExtraction {
+class Lines {
 public:
-  using LineExtraction::LineExtraction;
+  /// Null for a family that is told the tessellator at each call.
+  template <class Mesh>
+  Lines(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
+      : m_product(mesh, parallel, name)
+      , m_tessellator(tessellator) {}
+
+  const KiTessellator* tessellator() const { return m_tessellator; }
 
   /// The open cells; neighbours share their nodes.
   const KeXLineMeshUnstructured& copy(KiExtractorCallback* callback, const KiCellFilterI* filter,
                                       const KiTessellator* tessellator) {
-    update(callback, parametersOf({}, tessellator), filter, "", NUM_PHASES,
-           [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
-             run.phase("copy", 1, [&](std::size_t) { write(mesh, tessellator, nullptr, nullptr, faults); });
-           });
-    return m_mesh;
+    kx::Request request;
+    request.add(tessellator);
+    return m_product.update(callback, filter, std::move(request), 1,
+                            [&](kx::Run& run, const kx::FlatMesh& mesh, kx::LineData& data, kx::Faults& faults) {
+                              run.phase("copy", 1,
+                                        [&](std::size_t) { write(mesh, tessellator, nullptr, nullptr, data, faults); });
+                            });
   }
 
   /// Chosen cells, or all with null, each with points of its own.
   const KeXLineMeshUnstructured& shrink(KiExtractorCallback* callback, const std::vector<std::size_t>* cells,
-                                        double factor, const KiCellFilterI* filter, const KiTessellator* tessellator) {
-    kx::InputState parameters = parametersOf({factor}, tessellator);
-    parameters.choosesCells = cells != nullptr;
-    if (cells) parameters.cells = *cells;
-    // Beyond a million, vertices leave the range of what can be shown.
-    const std::string fault = !(factor > 0.0)    ? "the factor " + std::to_string(factor) + " is not greater than 0"
-                              : !(factor <= 1e6) ? "the factor " + std::to_string(factor) + " is greater than 1000000"
-                                                 : "";
-    update(callback, std::move(parameters), filter, fault, NUM_PHASES,
-           [&](kx::Run& run, const kx::FlatMesh& mesh, kx::Faults& faults) {
-             run.phase("shrink", 1, [&](std::size_t) { write(mesh, tessellator, cells, &factor, faults); });
-           });
-    return m_mesh;
+                                        double factor, const KiCellFilterI* filter) {
+    kx::Request request(cells ? *cells : std::vector<std::size_t>());
+    request.parameters.push_back(cells != nullptr);
+    request.add(factor).add(m_tessellator);
+    request.fault = kx::faultOfFactor(factor);
+    return m_product.update(callback, filter, std::move(request), 1,
+                            [&](kx::Run& run, const kx::FlatMesh& mesh, kx::LineData& data, kx::Faults& faults) {
+                              run.phase("shrink", 1,
+                                        [&](std::size_t) { write(mesh, m_tessellator, cells, &factor, data, faults); });
+                            });
   }
 
   template <class T>
-  const KeXDataSetI<T>* mapSet(KiExtractorCallback* callback, const KiDataSetI<T>& set) {
-    const kx::LineData& data = m_mesh.data();
-    return map<T>(
-               callback, set, {{&m_sets, m_mesh.outputStamp(), data.numVertices(), data.numCells()}},
-               [this](const auto& values, std::size_t, std::size_t v) { return m_sources.valueAt(values, v); },
-               [&data](const auto& values, std::size_t, std::size_t c) { return values(data.inputCells[c]); })
-        .front();
+  const KeXDataSetI<T>* map(KiExtractorCallback* callback, const KiDataSetI<T>& set) {
+    return m_product.map(callback, set,
+                         [this](const auto& values, std::size_t vertex) { return m_sources.valueAt(values, vertex); });
   }
 
-  const KeXLineMeshUnstructured& output() const { return m_mesh; }
+  const KeXLineMeshUnstructured& output() const { return m_product.output(); }
 
 private:
   /// Where the values of the vertices come from: a node each, but for points between nodes.
@@ -88,116 +93,90 @@ private:
   /// Counts, then writes to where it belongs. With a `factor` cells are shrunk and share no vertices; without one the
   /// vertices at nodes come first, in the order of the nodes.
   void write(const kx::FlatMesh& mesh, const KiTessellator* tessellator, const std::vector<std::size_t>* cells,
-             const double* factor, kx::Faults& faults) {
-    m_sets.dropUnused(m_mesh.outputStamp());
+             const double* factor, kx::LineData& data, kx::Faults& faults) {
     kx::NodeNumbers numbers(factor ? 0 : mesh.endNode);
     std::size_t numSegments = 0;
     std::size_t numBetween = 0;
     std::size_t numAtEnds = 0;
-    walk(mesh, tessellator, cells, faults,
-         [&](std::size_t, const kx::CellNodeList&, const std::vector<kx::Stencil>& points) {
-           numSegments += points.size() - 1;
-           numBetween += points.size() - 2;
-           numAtEnds += 2;
-           if (factor) return;
-           numbers.mark(points.front().nodes[0]);
-           numbers.mark(points.back().nodes[0]);
-         });
+    visitLineCells(mesh, tessellator, cells, faults,
+                   [&](std::size_t, const kx::CellNodeList&, const std::vector<kx::Stencil>& points) {
+                     numSegments += points.size() - 1;
+                     numBetween += points.size() - 2;
+                     numAtEnds += 2;
+                     if (factor) return;
+                     numbers.mark(points.front().nodes[0]);
+                     numbers.mark(points.back().nodes[0]);
+                   });
     numbers.finish();
     if (!factor) numAtEnds = numbers.count();
 
-    kx::LineData& data = m_mesh.data();
     data.indices.resize(3 * numSegments);
     data.inputCells.resize(numSegments, mesh.numCells);
     data.vertices.resize(3 * (numAtEnds + numBetween));
     m_sources.resize(numAtEnds + numBetween, mesh.endNode, numBetween);
     std::size_t segment = 0;
     std::size_t next = factor ? 0 : numAtEnds;
-    walk(mesh, tessellator, cells, faults,
-         [&](std::size_t cell, const kx::CellNodeList& nodes, const std::vector<kx::Stencil>& points) {
-           Vec3 centre(0.0);
-           for (std::size_t i = 0; i < nodes.numNodes; ++i)
-             centre += mesh.points[nodes.ids[i]] / static_cast<double>(nodes.numNodes);
-           std::size_t last = 0;
-           for (std::size_t p = 0; p < points.size(); ++p) {
-             const bool isEnd = p == 0 || p + 1 == points.size();
-             const std::size_t vertex = isEnd && !factor ? numbers[points[p].nodes[0]] : next++;
-             if (isEnd)
-               m_sources.setNode(vertex, points[p].nodes[0]);
-             else
-               m_sources.setBetween(vertex, points[p]);
-             Vec3 position = points[p].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });
-             if (factor) position = centre + (position - centre) * *factor;
-             for (std::size_t axis = 0; axis < 3; ++axis)
-               data.vertices[3 * vertex + axis] = static_cast<float>(position[axis]);
-             if (p > 0) {
-               data.setSegment(segment, last, vertex);
-               data.inputCells.set(segment++, cell);
-             }
-             last = vertex;
-           }
-         });
+    visitLineCells(mesh, tessellator, cells, faults,
+                   [&](std::size_t cell, const kx::CellNodeList& nodes, const std::vector<kx::Stencil>& points) {
+                     Vec3 centre(0.0);
+                     for (std::size_t i = 0; i < nodes.numNodes; ++i)
+                       centre += mesh.points[nodes.ids[i]] / static_cast<double>(nodes.numNodes);
+                     std::size_t last = 0;
+                     for (std::size_t p = 0; p < points.size(); ++p) {
+                       const bool isEnd = p == 0 || p + 1 == points.size();
+                       const std::size_t vertex = isEnd && !factor ? numbers[points[p].nodes[0]] : next++;
+                       if (isEnd)
+                         m_sources.setNode(vertex, points[p].nodes[0]);
+                       else
+                         m_sources.setBetween(vertex, points[p]);
+                       Vec3 position = points[p].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });
+                       if (factor) position = centre + (position - centre) * *factor;
+                       for (std::size_t axis = 0; axis < 3; ++axis)
+                         data.vertices[3 * vertex + axis] = static_cast<float>(position[axis]);
+                       if (p > 0) {
+                         data.setSegment(segment, last, vertex);
+                         data.inputCells.set(segment++, cell);
+                       }
+                       last = vertex;
+                     }
+                   });
   }
 
-  void clear() override {
-    m_mesh.data().clear();
-    m_sources.resize(0, 0, 0);
-  }
-  void commit(const kx::InputAddress& address) override { m_mesh.commit(address); }
-
-  kx::LineMesh m_mesh;
-  Sources m_sources;
-  kx::MappedSets m_sets;
-};
-
-/// The operations that all forms have.
-template <class Interface>
-class LinesShell : public Interface {
-public:
-  template <class Mesh>
-  LinesShell(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
-      : m_lines(mesh, parallel, name)
-      , m_tessellator(tessellator) {}
-
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
-    return m_lines.mapSet(this->getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
-    return m_lines.mapSet(this->getExtractorCallback(), set);
-  }
-  const KeXLineMeshUnstructured& getExtract() const override { return m_lines.output(); }
-
-protected:
-  Lines m_lines;
+  kx::Product<kx::FlatMesh, kx::LineMesh> m_product;
+  Sources m_sources; ///< of the vertices
   const KiTessellator* m_tessellator;
 };
 
+template <class Interface>
+using LinesShell = kx::PickShell<Interface, Lines, KiDataSetI>;
+
 class LineExtract final : public LinesShell<KiLineExtract> {
 public:
-  using LinesShell::LinesShell;
+  using PickShell::PickShell;
   const KeXLineMeshUnstructured& extract(const KiCellFilterI* filter) override {
-    return m_lines.copy(getExtractorCallback(), filter, m_tessellator);
+    return m_state.copy(getExtractorCallback(), filter, m_state.tessellator());
   }
 };
 
 class TessellatedLineExtract final : public LinesShell<KiTessellatedLineExtract> {
 public:
-  using LinesShell::LinesShell;
+  using PickShell::PickShell;
   const KeXLineMeshUnstructured& extract(KiTessellator* tessellator, const KiCellFilterI* filter) override {
-    return m_lines.copy(getExtractorCallback(), filter, tessellator);
+    return m_state.copy(getExtractorCallback(), filter, tessellator);
   }
 };
 
 template <class Interface>
 class LineCellExtract final : public LinesShell<Interface> {
 public:
-  using LinesShell<Interface>::LinesShell;
+  using Base = LinesShell<Interface>;
+  using Base::Base;
   const KeXLineMeshUnstructured& extract(double factor, const KiCellFilterI* filter) override {
-    return this->m_lines.shrink(this->getExtractorCallback(), nullptr, factor, filter, this->m_tessellator);
+    return this->m_state.shrink(this->getExtractorCallback(), nullptr, factor, filter);
   }
   const KeXLineMeshUnstructured& extract(const std::vector<std::size_t>& cells, double factor,
                                          const KiCellFilterI* filter) override {
-    return this->m_lines.shrink(this->getExtractorCallback(), &cells, factor, filter, this->m_tessellator);
+    return this->m_state.shrink(this->getExtractorCallback(), &cells, factor, filter);
   }
 };
 

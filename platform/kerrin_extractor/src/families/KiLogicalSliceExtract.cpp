@@ -12,8 +12,6 @@
 #include <KerrinExtractor/KiLogicalSliceExtractRectilinear.h>
 #include <KerrinExtractor/KiLogicalSliceExtractRegular.h>
 
-#include <bit>
-
 namespace {
 
 using kx::MeshView;
@@ -28,7 +26,7 @@ public:
 
   const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, KiMesh::Dimension axis, std::size_t index,
                                             bool isUpper, const KiCellFilterIjk* filter) {
-    return m_product.update(callback, filter, {static_cast<std::size_t>(axis), index, isUpper},
+    return m_product.update(callback, filter, kx::Request({static_cast<std::size_t>(axis), index, isUpper}),
                             kx::FaceWriter::NUM_PHASES,
                             [&](kx::Run& run, const MeshView& mesh, SurfaceData& data, kx::Faults& faults) {
                               const auto a = static_cast<std::size_t>(axis);
@@ -42,8 +40,9 @@ public:
   }
   const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, KiMesh::Dimension axis, double value,
                                             const KiCellFilterIjk* filter) {
-    return m_product.update(callback, filter, {static_cast<std::size_t>(axis), std::bit_cast<std::size_t>(value)},
-                            kx::LayerSurface::NUM_PHASES,
+    kx::Request request({static_cast<std::size_t>(axis)});
+    request.add(value);
+    return m_product.update(callback, filter, std::move(request), kx::LayerSurface::NUM_PHASES,
                             [&](kx::Run& run, const MeshView& mesh, SurfaceData& data, kx::Faults& faults) {
                               kx::LayerSurface::write(run, mesh, static_cast<std::size_t>(axis), value, data, faults);
                             });

@@ -5,7 +5,6 @@
 #include "src/engine/Product.h"
 #include "src/engine/SurfaceWriter.h"
 
-#include <bit>
 #include <cmath>
 #include <vector>
 
@@ -84,11 +83,11 @@ KxElevatedSurfaceExtractUnstructured::~KxElevatedSurfaceExtractUnstructured() = 
 const KeXSurfaceMeshUnstructured& KxElevatedSurfaceExtractUnstructured::extract(double factor,
                                                                                 const KiDataSetI<double>* heights,
                                                                                 const KiCellFilterI* filter) {
+  kx::Request request;
+  request.add(factor);
+  request.set = heights;
   return m_implementation->product.update(
-      getExtractorCallback(), filter,
-      {std::bit_cast<std::size_t>(factor), std::bit_cast<std::size_t>(heights),
-       heights ? heights->getTimeStamp() : std::size_t{0}},
-      kx::SurfaceWriter::NUM_PHASES + 1,
+      getExtractorCallback(), filter, std::move(request), kx::SurfaceWriter::NUM_PHASES + 1,
       [&](kx::Run& run, const kx::FlatMesh& mesh, SurfaceData& data, kx::Faults& faults) {
         kx::SurfaceWriter::write(run, mesh, data, faults);
         run.phase("raise nodes", 1, [&](std::size_t) {

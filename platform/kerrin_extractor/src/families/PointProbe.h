@@ -104,7 +104,7 @@ private:
   template <class Set, class Visit>
   bool withValuesOf(const Set& set, const char* function, const Visit& visit) const {
     std::string fault;
-    if (withValues(m_locator.mesh(), set, fault, visit)) return true;
+    if (visitSet(m_locator.mesh(), set, fault, visit)) return true;
     if (fault.empty()) fault = "the set \"" + set.getName() + "\" has a binding or a form that does not suit the mesh";
     Faults(m_name + function).post(fault);
     return false;

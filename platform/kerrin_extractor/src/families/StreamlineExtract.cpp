@@ -78,7 +78,7 @@ StreamlineExtract::MappedSets<T> StreamlineExtract::mapSet(KiExtractorCallback* 
   const bool isPerNode = set.getBinding() == DataBinding::PER_NODE;
   std::string fault;
   Mapped<T>* mapped = nullptr;
-  withValues(m_locator.mesh(), set, fault, [&](const auto& values) {
+  visitSet(m_locator.mesh(), set, fault, [&](const auto& values) {
     mapped = &cache()[&set];
     mapped->outputStamp = 0; // until it is done: an exception leaves nothing that looks valid
     mapped->sets.resize(m_lines.size());

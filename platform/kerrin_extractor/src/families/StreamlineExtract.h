@@ -51,8 +51,7 @@ public:
       m_locator.setFilter(filter);
       const bool isPerNode = vectors.getBinding() == DataBinding::PER_NODE;
       std::string fault;
-      std::optional<SetView<KbVec3<double>>> view;
-      if (withValues(m_locator.mesh(), vectors, fault, [&](const auto& values) { view = values; }))
+      if (const auto view = viewFor(m_locator.mesh(), vectors, fault))
         trace(run, *view, isPerNode, startPoints, faults);
       else
         faults.post(!fault.empty() ? fault : "the set \"" + vectors.getName() + "\" " + WRONG_FORM);
