@@ -38,13 +38,15 @@ public:
       , m_faults(faults) {}
 
   /// False for a face that is left out.
-  bool read(FaceRef ref) {
+  bool read(FaceRef ref) { return readNodes(ref) && isFinite(ref.cell); }
+  /// Without a look at the positions.
+  bool readNodes(FaceRef ref) {
     if (!corners.load(m_mesh, m_cells, ref)) return false;
     if (m_cell != ref.cell) {
       m_cell = ref.cell;
       m_areNodes = areNodes(ref.cell);
     }
-    return m_areNodes && clean() && isFinite(ref.cell);
+    return m_areNodes && clean();
   }
   /// The same, without a look at the positions, for a face that was not left out.
   void readAgain(FaceRef ref) {
@@ -168,11 +170,19 @@ bool FaceWriter::isLeftHanded(const MeshView& mesh) {
   return sum < 0;
 }
 
-void FaceWriter::write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults,
-                       Array<std::uint32_t>* faceOfPolygon) {
+std::unique_ptr<PolygonSource> FaceWriter::polygons(const MeshView& mesh, const FaceList& faces, Faults& faults) {
+  return std::visit(
+      [&](const auto& cells) {
+        return readPolygons(
+            faces.size(), mesh.endNode << mesh.slotBits, mesh.points, [&faces](std::size_t f) { return faces[f]; },
+            [&mesh, &cells, &faults] { return GeneralReader(mesh, cells, false, faults); });
+      },
+      mesh.cells);
+}
+
+void FaceWriter::write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults) {
   const bool isLeft = mesh.isStructured && isLeftHanded(mesh);
-  const PolygonWriter writer{run,    mesh.points,  mesh.endNode << mesh.slotBits, mesh.numCells, output,
-                             faults, faceOfPolygon};
+  const PolygonWriter writer{run, mesh.points, mesh.endNode << mesh.slotBits, mesh.numCells, output, faults};
   const auto faceAt = [&](std::size_t f) { return faces[f]; };
   if (const auto* grid = std::get_if<GridCells>(&mesh.cells);
       grid && writer.write(faces.size(), faceAt, [&] { return GridReader(mesh, *grid, isLeft); }))

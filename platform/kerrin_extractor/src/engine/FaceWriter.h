@@ -3,6 +3,7 @@
 
 #include "FaceList.h"
 #include "Faults.h"
+#include "PolygonSource.h"
 #include "Run.h"
 #include "SurfaceMesh.h"
 
@@ -26,9 +27,10 @@ public:
   }
   /// Whether a structured mesh is left-handed: what most of a sample of its cells say.
   static bool isLeftHanded(const MeshView& mesh);
-  /// `faceOfPolygon` receives, for each output polygon, the position of its face in the list.
-  static void write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults,
-                    Array<std::uint32_t>* faceOfPolygon = nullptr);
+  static void write(Run& run, const MeshView& mesh, const FaceList& faces, SurfaceData& output, Faults& faults);
+  /// The same faces to be read one by one, in no particular orientation; polygon n is face n of the list. Mesh, list
+  /// and faults must outlive the source.
+  static std::unique_ptr<PolygonSource> polygons(const MeshView& mesh, const FaceList& faces, Faults& faults);
 };
 
 } // namespace kx

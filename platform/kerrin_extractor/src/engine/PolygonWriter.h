@@ -26,7 +26,6 @@ struct PolygonWriter {
   std::size_t numInputCells;
   SurfaceData& output;
   Faults& faults;
-  Array<std::uint32_t>* faceOfPolygon = nullptr; ///< receives the number f of each polygon's face
 
   /// Reads faces `faceAt(f)`, f in [0, `numFaces`), by readers of which each step makes its own. A reader offers
   /// `read(face)` (false: left out), `readAgain(face)`, `corners` and `isReversed()`. False when a position is not
@@ -74,7 +73,6 @@ struct PolygonWriter {
 
     output.indices.resize(begins.back().indices);
     output.inputCells.resize(begins.back().polygons, numInputCells);
-    if (faceOfPolygon) faceOfPolygon->resize(begins.back().polygons);
     run.phase("write faces", numChunks, [&](std::size_t chunk) {
       auto reader = makeReader();
       std::size_t polygon = begins[chunk].polygons;
@@ -87,7 +85,6 @@ struct PolygonWriter {
         for (std::size_t c = 0; c < n; ++c)
           *index++ = static_cast<std::int32_t>(numbers[reader.corners.ids[isReversed ? n - 1 - c : c]]);
         *index++ = -1;
-        if (faceOfPolygon) (*faceOfPolygon)[polygon] = static_cast<std::uint32_t>(f);
         output.inputCells.set(polygon++, faceAt(f).cell);
       }
     });

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "SurfaceWriter.h"
 
+#include <algorithm>
+
 namespace kx {
 namespace {
 
@@ -13,7 +15,7 @@ template <class Cells>
 class CellReader {
 public:
   struct Corners {
-    std::vector<std::size_t> ids;
+    const std::size_t* ids = nullptr;
     std::size_t count = 0;
   };
 
@@ -22,12 +24,16 @@ public:
       , m_cells(cells)
       , m_faults(faults) {}
 
-  bool read(CellRef ref) {
+  /// Without a look at the positions.
+  bool readNodes(CellRef ref) {
     if (m_mesh.hasClosedCells() && !m_mesh.isOpen(ref.cell)) return false;
     m_cells.load(ref.cell, m_nodes);
     if (m_nodes.numCorners == 0) return fail(Faults::UNREADABLE_CELL, ref.cell);
     if (!m_mesh.hasValidNodes(m_nodes)) return fail(Faults::NODE_OUT_OF_RANGE, ref.cell);
-    if (!clean()) return false;
+    return clean();
+  }
+  bool read(CellRef ref) {
+    if (!readNodes(ref)) return false;
     for (std::size_t c = 0; c < corners.count; ++c)
       if (!isFinite(m_mesh.points[corners.ids[c]])) return fail(Faults::COORDINATE_NOT_FINITE, ref.cell);
     return true;
@@ -40,7 +46,7 @@ public:
   /// The nodes of the cell that was read last, with the middles of its sides where they are in order. False when a
   /// middle has no position.
   bool describe(FaceNodes& face) {
-    face.corners.assign(corners.ids.begin(), corners.ids.begin() + static_cast<std::ptrdiff_t>(corners.count));
+    face.corners.assign(corners.ids, corners.ids + corners.count);
     face.middles.clear();
     if (m_nodes.isQuadratic() && corners.count == m_nodes.numCorners)
       face.middles.assign(m_nodes.ids.begin() + static_cast<std::ptrdiff_t>(m_nodes.numCorners),
@@ -57,14 +63,23 @@ private:
     return false;
   }
   bool clean() {
-    std::vector<std::size_t>& ids = corners.ids;
-    ids.resize(std::max(ids.size(), m_nodes.numCorners));
-    std::size_t& count = corners.count;
-    count = 0;
-    for (std::size_t c = 0; c < m_nodes.numCorners; ++c)
-      if (count == 0 || ids[count - 1] != m_nodes.ids[c]) ids[count++] = m_nodes.ids[c];
-    while (count > 1 && ids[count - 1] == ids[0])
-      --count;
+    const std::size_t* ids = m_nodes.ids.data();
+    std::size_t count = m_nodes.numCorners;
+    bool hasRepeats = false;
+    std::size_t last = ids[count - 1];
+    for (std::size_t c = 0; c < count; ++c) {
+      hasRepeats |= ids[c] == last;
+      last = ids[c];
+    }
+    if (hasRepeats) {
+      m_distinct.assign(ids, ids + count);
+      m_distinct.erase(std::unique(m_distinct.begin(), m_distinct.end()), m_distinct.end());
+      while (m_distinct.size() > 1 && m_distinct.back() == m_distinct.front())
+        m_distinct.pop_back();
+      ids = m_distinct.data();
+      count = m_distinct.size();
+    }
+    corners = {ids, count};
     return count == 3 || (count == 4 && ids[0] != ids[2] && ids[1] != ids[3]) || count > 4;
   }
 
@@ -72,6 +87,7 @@ private:
   const Cells& m_cells;
   Faults& m_faults;
   CellNodeList m_nodes;
+  std::vector<std::size_t> m_distinct; ///< corners, where some repeat
 };
 
 } // namespace
@@ -83,6 +99,16 @@ void SurfaceWriter::write(Run& run, const FlatMesh& mesh, SurfaceData& output, F
         writer.write(
             mesh.numCells, [](std::size_t cell) { return CellRef{cell}; },
             [&] { return CellReader(mesh, cells, faults); });
+      },
+      mesh.cells);
+}
+
+std::unique_ptr<PolygonSource> SurfaceWriter::polygons(const FlatMesh& mesh, Faults& faults) {
+  return std::visit(
+      [&](const auto& cells) {
+        return readPolygons(
+            mesh.numCells, mesh.endNode, mesh.points, [](std::size_t cell) { return CellRef{cell}; },
+            [&mesh, &cells, &faults] { return CellReader(mesh, cells, faults); });
       },
       mesh.cells);
 }

@@ -4,6 +4,7 @@
 #include "FaceTessellator.h"
 #include "Faults.h"
 #include "FlatMesh.h"
+#include "PolygonSource.h"
 #include "PolygonWriter.h"
 #include "Run.h"
 #include "SurfaceMesh.h"
@@ -18,6 +19,8 @@ public:
   static void write(Run& run, const FlatMesh& mesh, SurfaceData& output, Faults& faults);
   /// The cells as faces with all their nodes. Mesh and faults must outlive the source.
   static FaceSource faces(const FlatMesh& mesh, Faults& faults);
+  /// The polygons that `write` writes. Mesh and faults must outlive the source.
+  static std::unique_ptr<PolygonSource> polygons(const FlatMesh& mesh, Faults& faults);
 };
 
 } // namespace kx

@@ -2,6 +2,7 @@
 #include "TessellatedCutter.h"
 
 #include "OutlineTracer.h"
+#include "WrittenPolygons.h"
 
 #include <KerrinExtractor/KiRawArrays.h>
 #include <KerrinExtractor/KxTimeStamp.h>
@@ -265,10 +266,10 @@ const KeXLineMeshUnstructured* TessellatedCutter::traceLines(KiExtractorCallback
   m_linesStamp = 0;
   try {
     Run run(callback, m_isParallel, m_name, {true, true, false}, OutlineTracer::NUM_PHASES);
-    IndexArray nodes;
-    OutlineTracer::trace(run, data, {}, m_input.getTopology().getNumCells(), m_tessellation.blends().endId(),
-                         {m_lines.data(), nodes, &m_lineVertices}, OutlineTracer::Selection::ALL,
-                         [&data](std::size_t polygon) { return data.inputCells[polygon]; });
+    Faults faults(m_name);
+    const auto cellOf = [&data](std::size_t polygon) { return data.inputCells[polygon]; };
+    OutlineTracer::trace(run, WrittenPolygons(data), {OutlineTracer::Selection::ALL, {}, cellOf},
+                         m_input.getTopology().getNumCells(), {m_lines.data(), m_lineVertices}, faults);
   } catch (...) {
     m_lines.data().clear();
     m_lineVertices.resize(0, 0);

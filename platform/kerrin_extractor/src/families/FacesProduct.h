@@ -7,6 +7,7 @@
 #include "src/engine/OutlineTracer.h"
 #include "src/engine/PointMesh.h"
 #include "src/engine/Product.h"
+#include "src/engine/WrittenPolygons.h"
 
 #include <KerrinExtractor/KiTessellator.h>
 
@@ -18,8 +19,8 @@ namespace kx {
 /// subdivided where there is a tessellator.
 ///
 /// `Faces` tells which: `View`; `parameters()`, what they depend on besides mesh and filter; `write(run, view, surface,
-/// faults)` for corners only, in `NUM_PHASES` phases; `collect(run, view, faults)` for faces with all their nodes, in
-/// `NUM_COLLECT_PHASES` phases.
+/// faults)` for corners only, in `NUM_PHASES` phases; in `NUM_COLLECT_PHASES` phases `read(run, view, faults)` for
+/// corners only without writing them, and `collect(run, view, faults)` for faces with all their nodes.
 template <class Faces>
 class FacesProduct {
 public:
@@ -59,16 +60,18 @@ public:
   const KeXLineMeshUnstructured& extractLines(KiExtractorCallback* callback, const KiTessellator* tessellator,
                                               const Filter* filter, OutlineTracer::Selection selection) {
     m_target = LINES;
+    const bool isSplit = splits(tessellator);
+    const std::size_t numFacePhases = isSplit ? numPhases(tessellator) : Faces::NUM_COLLECT_PHASES;
     return m_lines.update(
-        callback, filter, parametersOf(tessellator), numPhases(tessellator) + OutlineTracer::NUM_PHASES,
+        callback, filter, parametersOf(tessellator), numFacePhases + OutlineTracer::NUM_PHASES,
         [&](Run& run, const View& view, LineData& data, Faults& faults) {
-          SurfaceData surface;
-          Array<std::uint32_t> faceOfPolygon;
-          const bool isSplit = write(run, view, tessellator, {surface, m_lineBlends, &faceOfPolygon}, faults);
-          OutlineTracer::FaceOf faceOf;
-          if (isSplit) faceOf = [&](std::size_t p) { return std::size_t{faceOfPolygon[p]}; };
-          OutlineTracer::trace(run, surface, {}, view.numCells, isSplit ? m_lineBlends.endId() : view.endNode,
-                               {data, m_lineNodes}, selection, faceOf);
+          m_lineBlends = NodeBlends();
+          if (isSplit) {
+            traceSplit(run, view, *tessellator, selection, data, faults);
+            return;
+          }
+          const auto faces = m_faces.read(run, view, faults);
+          OutlineTracer::trace(run, *faces.polygons, {selection, {}, {}}, view.numCells, {data, m_lineNodes}, faults);
         });
   }
   /// The nodes of the faces, each with the cell of its first face; with `hasMiddles` not the corners alone.
@@ -111,22 +114,38 @@ private:
     parameters.push_back(tessellator ? tessellator->getTimeStamp() : 0);
     return parameters;
   }
+  /// Whether faces are subdivided.
+  bool splits(const KiTessellator* tessellator) { return tessellator && hasQuadraticCells(); }
   std::size_t numPhases(const KiTessellator* tessellator) {
-    return tessellator && hasQuadraticCells() ? Faces::NUM_COLLECT_PHASES + FaceTessellator::NUM_PHASES
-                                              : Faces::NUM_PHASES;
+    return splits(tessellator) ? Faces::NUM_COLLECT_PHASES + FaceTessellator::NUM_PHASES : Faces::NUM_PHASES;
   }
 
-  /// Whether faces were subdivided.
-  bool write(Run& run, const View& view, const KiTessellator* tessellator, const FaceTessellator::Output& output,
+  void write(Run& run, const View& view, const KiTessellator* tessellator, const FaceTessellator::Output& output,
              Faults& faults) {
-    if (!tessellator || !hasQuadraticCells()) {
-      output.blends = NodeBlends();
-      m_faces.write(run, view, output.surface, faults);
-      return false;
+    if (splits(tessellator)) {
+      writeSplit(run, view, *tessellator, output, faults);
+      return;
     }
+    output.blends = NodeBlends();
+    m_faces.write(run, view, output.surface, faults);
+  }
+  void writeSplit(Run& run, const View& view, const KiTessellator& tessellator, const FaceTessellator::Output& output,
+                  Faults& faults) const {
     const FaceSource source = m_faces.collect(run, view, faults);
-    FaceTessellator::write(run, {*tessellator, view.points, view.endNode, view.numCells, source}, output, faults);
-    return true;
+    FaceTessellator::write(run, {tessellator, view.points, view.endNode, view.numCells, source}, output, faults);
+  }
+  void traceSplit(Run& run, const View& view, const KiTessellator& tessellator, OutlineTracer::Selection selection,
+                  LineData& lines, Faults& faults) {
+    SurfaceData surface;
+    Array<std::uint32_t> faceOfPolygon;
+    writeSplit(run, view, tessellator, {surface, m_lineBlends, &faceOfPolygon}, faults);
+    const auto faceOf = [&](std::size_t polygon) { return std::size_t{faceOfPolygon[polygon]}; };
+    IndexArray vertices;
+    OutlineTracer::trace(run, WrittenPolygons(surface), {selection, {}, faceOf}, view.numCells, {lines, vertices},
+                         faults);
+    m_lineNodes.resize(vertices.size(), m_lineBlends.endId());
+    for (std::size_t v = 0; v < vertices.size(); ++v)
+      m_lineNodes.set(v, surface.edgeBegins[vertices[v]]);
   }
 
   void collect(const View& view, const FaceSource& source, bool hasMiddles, PointData& points) {

@@ -25,17 +25,17 @@ using kx::FlatMesh;
 using kx::LineData;
 using kx::MeshView;
 
-/// The surface whose edges are looked at, and where its polygons lie.
+/// The polygons whose edges are looked at, and where they lie.
 struct SkinOfMesh {
-  kx::SurfaceData surface;
-  kx::OutlineTracer::SideOf sideOf;
+  static std::size_t numPhases(const MeshView& mesh) { return kx::StructuredSkin::numPhases(mesh); }
+
+  kx::OutlineTracer::Rules rules;
+  std::unique_ptr<kx::PolygonSource> polygons;
 
   SkinOfMesh(kx::Run& run, const MeshView& mesh, kx::Faults& faults) {
     kx::StructuredSkin::find(run, mesh, {}, m_faces);
-    kx::FaceWriter::write(run, mesh, m_faces, surface, faults, &m_faceOfPolygon);
-    sideOf = [this, &mesh](std::size_t polygon) {
-      return sideOfFace(mesh.cellDims, m_faces[m_faceOfPolygon[polygon]]);
-    };
+    polygons = kx::FaceWriter::polygons(mesh, m_faces, faults);
+    rules.sideOf = [this, &mesh](std::size_t polygon) { return sideOfFace(mesh.cellDims, m_faces[polygon]); };
   }
   SkinOfMesh(const SkinOfMesh&) = delete;
   SkinOfMesh& operator=(const SkinOfMesh&) = delete;
@@ -53,26 +53,18 @@ private:
   }
 
   kx::FaceList m_faces;
-  kx::Array<std::uint32_t> m_faceOfPolygon;
 };
 
 /// A surface mesh has no inner edges between the sides of its index box.
 struct PolygonsOfMesh {
-  kx::SurfaceData surface;
-  kx::OutlineTracer::SideOf sideOf;
+  static std::size_t numPhases(const FlatMesh&) { return 0; }
 
-  PolygonsOfMesh(kx::Run& run, const FlatMesh& mesh, kx::Faults& faults) {
-    kx::SurfaceWriter::write(run, mesh, surface, faults);
-  }
+  kx::OutlineTracer::Rules rules;
+  std::unique_ptr<kx::PolygonSource> polygons;
+
+  PolygonsOfMesh(kx::Run&, const FlatMesh& mesh, kx::Faults& faults)
+      : polygons(kx::SurfaceWriter::polygons(mesh, faults)) {}
 };
-
-std::size_t endIdOf(const MeshView& mesh) { return mesh.endNode << mesh.slotBits; }
-std::size_t endIdOf(const FlatMesh& mesh) { return mesh.endNode; }
-
-std::size_t numSurfacePhases(const MeshView& mesh) {
-  return kx::StructuredSkin::numPhases(mesh) + kx::FaceWriter::NUM_PHASES;
-}
-std::size_t numSurfacePhases(const FlatMesh&) { return kx::SurfaceWriter::NUM_PHASES; }
 
 template <class View>
 class Outline {
@@ -83,12 +75,12 @@ public:
 
   template <class Filter>
   const KeXLineMeshUnstructured& extract(KiExtractorCallback* callback, const Filter* filter) {
-    const auto numPhases = [](const View& mesh) { return numSurfacePhases(mesh) + kx::OutlineTracer::NUM_PHASES; };
+    using Input = std::conditional_t<std::is_same_v<View, MeshView>, SkinOfMesh, PolygonsOfMesh>;
+    const auto numPhases = [](const View& mesh) { return Input::numPhases(mesh) + kx::OutlineTracer::NUM_PHASES; };
     return m_product.update(
         callback, filter, {}, numPhases, [this](kx::Run& run, const View& mesh, LineData& data, kx::Faults& faults) {
-          using Input = std::conditional_t<std::is_same_v<View, MeshView>, SkinOfMesh, PolygonsOfMesh>;
           const Input input(run, mesh, faults);
-          kx::OutlineTracer::trace(run, input.surface, input.sideOf, mesh.numCells, endIdOf(mesh), {data, m_nodes});
+          kx::OutlineTracer::trace(run, *input.polygons, input.rules, mesh.numCells, {data, m_nodes}, faults);
         });
   }
   template <class T, template <class> class Set>
