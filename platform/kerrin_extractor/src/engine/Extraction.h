@@ -72,10 +72,10 @@ public:
         make(run, view, faults);
     } catch (...) {
       output.clear();
-      output.commit(addressOf(view));
+      output.commit(view.address());
       throw;
     }
-    output.commit(addressOf(view));
+    output.commit(view.address());
     m_isValid = true;
     faults.post();
   }

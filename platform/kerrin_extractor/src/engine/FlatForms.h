@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "PointView.h"
+#include "InputView.h"
 
 #include <KerrinExtractor/KiDataSetI.h>
 #include <KerrinExtractor/KiDataSetIj.h>
 #include <KerrinExtractor/KiDataSetIjk.h>
 #include <KerrinExtractor/KiGeometryIj.h>
-#include <KerrinExtractor/KiRawArrays.h>
 
 #include <type_traits>
 
@@ -24,10 +23,6 @@ auto callSplit(const Dims& dims, std::size_t flat, const F& f) {
     return f(i, j);
   else
     return f(i, j, k);
-}
-
-inline KiRawArray rawArrayOf(const KiRawArrays* arrays, KiRawArrays::Role role) {
-  return arrays ? arrays->getRawArray(role) : KiRawArray{};
 }
 
 /// A set of the form Ij (`Source` is `KiDataSetIj<T>`) or Ijk.
@@ -48,9 +43,7 @@ public:
     return callSplit(m_dims, index,
                      [this](auto... ijk) -> decltype(m_source.get(ijk...)) { return m_source.get(ijk...); });
   }
-  KiRawArray getRawArray(Role role) const override {
-    return rawArrayOf(dynamic_cast<const KiRawArrays*>(&m_source), role);
-  }
+  KiRawArray getRawArray(Role role) const override { return rawArrayOf(m_source, role); }
 
 private:
   const Source& m_source;
@@ -66,9 +59,7 @@ public:
 
   std::size_t getTimeStamp() const override { return m_source.getTimeStamp(); }
   KbVec3<double> getCoord(std::size_t node) const override { return m_source.getCoord(node % m_numI, node / m_numI); }
-  KiRawArray getRawArray(Role role) const override {
-    return rawArrayOf(dynamic_cast<const KiRawArrays*>(&m_source), role);
-  }
+  KiRawArray getRawArray(Role role) const override { return rawArrayOf(m_source, role); }
 
 private:
   const KiGeometryIj& m_source;

@@ -3,41 +3,34 @@
 
 #include "FlatForms.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace kx {
 namespace {
 
 /// The array-backed view; false when the arrays don't fit together (the virtual operations then decide).
 template <class Index>
-bool makeArrayCells(const KiRawArrays& arrays, std::size_t numCells,
+bool makeArrayCells(const RawCells& raw, const Index* indices, std::size_t numCells,
                     std::size_t (*numCornersOf)(std::size_t, std::size_t), CellListView& view) {
-  const KiRawArray connectivity = arrays.getRawArray(KiRawArrays::CONNECTIVITY);
-  const KiRawArray offsets = arrays.getRawArray(KiRawArrays::OFFSETS);
-  const KiRawArray shapes = arrays.getRawArray(KiRawArrays::SHAPES);
-  if (shapes.type != KiRawArray::UINT8 || (shapes.size != 1 && shapes.size < numCells)) return false;
-  if (offsets && (offsets.type != connectivity.type || offsets.size < numCells + 1)) return false;
-  const auto* codes = static_cast<const std::uint8_t*>(shapes.data);
-  const std::size_t stride = connectivity.size / numCells;
-  view = ArrayCellLists<Index>{static_cast<const Index*>(connectivity.data),
-                               connectivity.size,
-                               static_cast<const Index*>(offsets.data),
+  if (!raw.hasShapesOf(numCells) || (raw.offsets && !raw.hasOffsetsOf(numCells))) return false;
+  const std::uint8_t* codes = raw.codes();
+  const std::size_t stride = raw.connectivity.size / numCells;
+  view = ArrayCellLists<Index>{indices,
+                               raw.connectivity.size,
+                               static_cast<const Index*>(raw.offsets.data),
                                stride,
                                codes,
-                               shapes.size == 1 ? 0u : 1u,
+                               raw.shapes.size == 1 ? 0u : 1u,
                                numCornersOf,
-                               !offsets && shapes.size == 1 ? numCornersOf(codes[0], stride) : 0};
+                               !raw.offsets && raw.shapes.size == 1 ? numCornersOf(codes[0], stride) : 0};
   return true;
 }
 
 template <class Cell>
 void loadVirtual(const Cell* cell, std::size_t (*numCornersOf)(std::size_t, std::size_t), CellNodeList& nodes) {
   if (!cell) {
-    nodes.set(0, 0);
+    nodes.set(0, 0, 0);
     return;
   }
-  nodes.set(cell->getNumNodes(), numCornersOf(cell->getShape(), cell->getNumNodes()));
+  nodes.set(cell->getNumNodes(), numCornersOf(cell->getShape(), cell->getNumNodes()), cell->getShape());
   for (std::size_t i = 0; i < nodes.numNodes; ++i)
     nodes.ids[i] = cell->getNodeIndex(i);
 }
@@ -87,13 +80,6 @@ private:
   KbVec3<double> m_origin;
 };
 
-std::vector<double> equalSteps(double low, double high, std::size_t numNodes) {
-  std::vector<double> steps(numNodes);
-  for (std::size_t i = 0; i < numNodes; ++i)
-    steps[i] = low + (high - low) * (static_cast<double>(i) / static_cast<double>(numNodes - 1));
-  return steps;
-}
-
 } // namespace
 
 std::size_t numSurfaceCorners(std::size_t shape, std::size_t numNodes) {
@@ -127,25 +113,21 @@ void VirtualLineCells::load(std::size_t cell, CellNodeList& nodes) const {
 
 FlatMesh::FlatMesh(const KiSurfaceMeshUnstructured& mesh) {
   readExplicit(mesh.getTopology(), VirtualSurfaceCells{&mesh.getTopology()}, numSurfaceCorners);
-  readCoordinates(mesh.getGeometry());
+  readPositions(mesh.getGeometry());
 }
 
 FlatMesh::FlatMesh(const KiSurfaceMeshRegular& mesh) {
-  readGrid(mesh.getTopology());
-  if (numCells == 0) return;
-  const KbVec3<double> low = mesh.getGeometry().getMin();
-  const KbVec3<double> high = mesh.getGeometry().getMax();
-  points.kind = PointView::Kind::AXES;
-  points.axes = {equalSteps(low[0], high[0], nodeDims.i), equalSteps(low[1], high[1], nodeDims.j), {low[2]}};
+  readQuadrangles(mesh.getTopology());
+  if (numCells > 0) points.setAxes(mesh.getGeometry().getMin(), mesh.getGeometry().getMax());
 }
 
 FlatMesh::FlatMesh(const KiSurfaceMeshRectilinear& mesh) {
-  readGrid(mesh.getTopology());
+  readQuadrangles(mesh.getTopology());
   if (numCells == 0) return;
   const KiSurfaceGeometryRectilinear& geometry = mesh.getGeometry();
   if (!(geometry.getNormal() == KbVec3<double>(0.0, 0.0, 1.0))) {
     m_ownGeometry = std::make_shared<TiltedGeometry>(geometry, nodeDims.i);
-    readCoordinates(*m_ownGeometry);
+    readPositions(*m_ownGeometry);
     return;
   }
   points.kind = PointView::Kind::AXES;
@@ -157,32 +139,32 @@ FlatMesh::FlatMesh(const KiSurfaceMeshRectilinear& mesh) {
 }
 
 FlatMesh::FlatMesh(const KiSurfaceMeshCurvilinear& mesh) {
-  readGrid(mesh.getTopology());
+  readQuadrangles(mesh.getTopology());
   m_ownGeometry = std::make_shared<FlatGeometryIj>(mesh.getGeometry(), nodeDims.i);
-  readCoordinates(*m_ownGeometry);
+  readPositions(*m_ownGeometry);
 }
 
 FlatMesh::FlatMesh(const KiLineMeshUnstructured& mesh) {
   readExplicit(mesh.getTopology(), VirtualLineCells{&mesh.getTopology()}, numLineCorners);
-  readCoordinates(mesh.getGeometry());
+  readPositions(mesh.getGeometry());
 }
 
 FlatMesh::FlatMesh(const KiLineMeshRegular& mesh) {
   readRow(mesh.getTopology());
   if (numCells == 0) return;
   m_ownGeometry = std::make_shared<RowGeometry>(mesh.getGeometry().getMin(), mesh.getGeometry().getMax(), numCells);
-  readCoordinates(*m_ownGeometry);
+  readPositions(*m_ownGeometry);
 }
 
 FlatMesh::FlatMesh(const KiLineMeshCurvilinear& mesh) {
   readRow(mesh.getTopology());
-  readCoordinates(mesh.getGeometry());
+  readPositions(mesh.getGeometry());
 }
 
 FlatMesh::FlatMesh(const std::vector<std::int64_t>& connectivity, const std::vector<std::int64_t>& offsets,
-                   const std::vector<KbVec3<double>>& nodes)
-    : numCells(offsets.size() - 1)
-    , endNode(nodes.size()) {
+                   const std::vector<KbVec3<double>>& nodes) {
+  numCells = offsets.size() - 1;
+  endNode = nodes.size();
   static constexpr std::uint8_t POLYGON = KiSurfaceCell::POLYGON;
   cells = ArrayCellLists<std::int64_t>{
       connectivity.data(), connectivity.size(), offsets.data(), 0, &POLYGON, 0, numSurfaceCorners, 0};
@@ -194,79 +176,32 @@ FlatMesh::FlatMesh(const std::vector<std::int64_t>& connectivity, const std::vec
 template <class Topology, class VirtualCells>
 void FlatMesh::readExplicit(const Topology& topology, const VirtualCells& otherwise,
                             std::size_t (*numCornersOf)(std::size_t, std::size_t)) {
-  m_topologyI = &topology;
-  numCells = topology.getNumCells();
+  readTopology(topology);
   beginNode = topology.getBeginNodeId();
   endNode = topology.getEndNodeId();
-  readDead(topology);
   cells = otherwise;
-  const auto* arrays = dynamic_cast<const KiRawArrays*>(&topology);
-  if (!arrays || numCells == 0) return;
-  switch (arrays->getRawArray(KiRawArrays::CONNECTIVITY).type) {
-  case KiRawArray::INT32:
-    makeArrayCells<std::int32_t>(*arrays, numCells, numCornersOf, cells);
-    break;
-  case KiRawArray::INT64:
-    makeArrayCells<std::int64_t>(*arrays, numCells, numCornersOf, cells);
-    break;
-  default:
-    break;
-  }
+  const RawCells raw(topology);
+  if (numCells > 0)
+    raw.visitIndices([&](const auto* indices) { return makeArrayCells(raw, indices, numCells, numCornersOf, cells); });
 }
 
-void FlatMesh::readGrid(const KiTopologyIj& topology) {
-  m_topologyIj = &topology;
-  cellDims = {topology.getNumCellsI(), topology.getNumCellsJ(), 1};
-  address = {true, {cellDims.i, cellDims.j, 0}};
-  numCells = cellDims.count();
+void FlatMesh::readQuadrangles(const KiTopologyIj& topology) {
+  readGrid(topology);
   if (numCells > 0) nodeDims = {cellDims.i + 1, cellDims.j + 1, 1}; // a grid without cells asks for no values
   endNode = nodeDims.count();
   points.nodes = nodeDims;
-  readDead(topology);
   cells = QuadrangleGrid{cellDims.i};
 }
 
 void FlatMesh::readRow(const KiTopologyI& topology) {
-  m_topologyI = &topology;
-  numCells = topology.getNumCells();
+  readTopology(topology);
   endNode = numCells > 0 ? numCells + 1 : 0;
-  readDead(topology);
   cells = SegmentRow{};
 }
 
-void FlatMesh::readDead(const KiTopology& topology) {
-  m_hasDeadCells = topology.hasDeadCells();
-  const KiRawArray dead = rawArrayOf(dynamic_cast<const KiRawArrays*>(&topology), KiRawArrays::DEAD);
-  if (dead.type == KiRawArray::UINT8 && dead.size >= numCells) m_dead = static_cast<const std::uint8_t*>(dead.data);
-}
-
-void FlatMesh::readCoordinates(const KiGeometryI& geometry) {
-  points.kind = PointView::Kind::GEOMETRY_I;
+void FlatMesh::readPositions(const KiGeometryI& geometry) {
   points.geometryI = &geometry;
-  const KiRawArray array = rawArrayOf(dynamic_cast<const KiRawArrays*>(&geometry), KiRawArrays::COORDINATES);
-  if (array.type != KiRawArray::FLOAT32 && array.type != KiRawArray::FLOAT64) return;
-  if (numCells > 0 && array.size < 3 * endNode) {
-    fault = "the geometry has " + std::to_string(array.size / 3) + " nodes, the topology uses node ids up to " +
-            std::to_string(endNode - 1);
-    numCells = 0;
-    return;
-  }
-  points.kind = array.type == KiRawArray::FLOAT32 ? PointView::Kind::FLOATS : PointView::Kind::DOUBLES;
-  points.array = array.data;
-}
-
-bool FlatMesh::isOpen(std::size_t cell) const {
-  if (m_topologyI) {
-    if (m_hasDeadCells && (m_dead ? m_dead[cell] != 0 : m_topologyI->isDead(cell))) return false;
-    return !m_filterI || m_filterI->acceptCell(cell);
-  }
-  if (m_hasDeadCells && m_dead && m_dead[cell] != 0) return false;
-  const bool asksTopology = m_hasDeadCells && !m_dead;
-  if (!asksTopology && !m_filterIj) return true;
-  const std::size_t i = cell % cellDims.i;
-  const std::size_t j = cell / cellDims.i;
-  if (asksTopology && m_topologyIj->isDead(i, j)) return false;
-  return !m_filterIj || m_filterIj->acceptCell(i, j);
+  readCoordinates(geometry, PointView::Kind::GEOMETRY_I);
 }
 
 } // namespace kx

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "InputAddress.h"
+#include "InputView.h"
 
-#include <KerrinExtractor/KiCellFilterI.h>
 #include <KerrinExtractor/KiCellFilterIj.h>
 #include <KerrinExtractor/KiLineMeshCurvilinear.h>
 #include <KerrinExtractor/KiLineMeshRegular.h>
@@ -15,7 +14,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <variant>
 #include <vector>
 
@@ -26,10 +24,12 @@ struct CellNodeList {
   std::vector<std::size_t> ids; ///< may be longer than `numNodes`
   std::size_t numNodes = 0;
   std::size_t numCorners = 0; ///< 0 for a cell that cannot be read
+  std::size_t shape = 0;      ///< of `KiSurfaceCell::Shape` or `KiLineCell::Shape`
 
-  void set(std::size_t count, std::size_t corners) {
+  void set(std::size_t count, std::size_t corners, std::size_t code) {
     numNodes = count;
     numCorners = corners;
+    shape = code;
     if (ids.size() < count) ids.resize(count);
   }
   bool isQuadratic() const { return numNodes > numCorners; }
@@ -57,10 +57,11 @@ struct ArrayCellLists {
     const std::size_t begin = offsets ? static_cast<std::size_t>(offsets[cell]) : cell * stride;
     const std::size_t end = offsets ? static_cast<std::size_t>(offsets[cell + 1]) : begin + stride;
     if (begin > end || end > connectivitySize) {
-      nodes.set(0, 0);
+      nodes.set(0, 0, 0);
       return;
     }
-    nodes.set(end - begin, numCornersOfAll > 0 ? numCornersOfAll : numCornersOf(shapes[cell * shapeStep], end - begin));
+    const std::size_t shape = shapes[cell * shapeStep];
+    nodes.set(end - begin, numCornersOfAll > 0 ? numCornersOfAll : numCornersOf(shape, end - begin), shape);
     for (std::size_t i = 0; i < nodes.numNodes; ++i)
       nodes.ids[i] = static_cast<std::size_t>(connectivity[begin + i]);
   }
@@ -81,7 +82,7 @@ struct QuadrangleGrid {
   std::size_t numCellsI;
   void load(std::size_t cell, CellNodeList& nodes) const {
     const std::size_t base = cell + cell / numCellsI;
-    nodes.set(4, 4);
+    nodes.set(4, 4, KiSurfaceCell::QUADRANGLE);
     nodes.ids[0] = base;
     nodes.ids[1] = base + 1;
     nodes.ids[2] = base + numCellsI + 2;
@@ -92,7 +93,7 @@ struct QuadrangleGrid {
 /// Segments in a row.
 struct SegmentRow {
   void load(std::size_t cell, CellNodeList& nodes) const {
-    nodes.set(2, 2);
+    nodes.set(2, 2, KiLineCell::LINE);
     nodes.ids[0] = cell;
     nodes.ids[1] = cell + 1;
   }
@@ -102,7 +103,7 @@ using CellListView = std::variant<ArrayCellLists<std::int32_t>, ArrayCellLists<s
                                   VirtualLineCells, QuadrangleGrid, SegmentRow>;
 
 /// A surface or line mesh of any kind by flat indices, as the algorithms read it during one extraction.
-class FlatMesh {
+class FlatMesh : public InputView<KiTopologyIj, KiCellFilterIj> {
 public:
   explicit FlatMesh(const KiSurfaceMeshUnstructured& mesh);
   explicit FlatMesh(const KiSurfaceMeshRegular& mesh);
@@ -116,25 +117,11 @@ public:
            const std::vector<KbVec3<double>>& nodes);
 
   CellListView cells;
-  PointView points;
-  std::size_t numCells = 0;
-  std::size_t beginNode = 0; ///< node ids lie in [beginNode, endNode)
-  std::size_t endNode = 0;
-  InputAddress address;
-  Dims cellDims; ///< structured surfaces; `k` is 1
-  Dims nodeDims;
-  /// Why the mesh cannot be read at all (such a view has no cells); empty when it can.
-  std::string fault;
 
-  void setFilter(const KiCellFilterI* filter) { m_filterI = filter; }
-  void setFilter(const KiCellFilterIj* filter) { m_filterIj = filter; }
-  bool hasClosedCells() const { return m_hasDeadCells || m_filterI || m_filterIj; }
-  /// Whether a cell is alive and accepted.
-  bool isOpen(std::size_t cell) const;
   /// Whether all nodes of a cell exist.
   bool hasValidNodes(const CellNodeList& nodes) const {
     for (std::size_t i = 0; i < nodes.numNodes; ++i)
-      if (nodes.ids[i] < beginNode || nodes.ids[i] >= endNode) return false;
+      if (!hasNode(nodes.ids[i])) return false;
     return true;
   }
 
@@ -142,17 +129,10 @@ private:
   template <class Topology, class VirtualCells>
   void readExplicit(const Topology& topology, const VirtualCells& otherwise,
                     std::size_t (*numCornersOf)(std::size_t, std::size_t));
-  void readGrid(const KiTopologyIj& topology);
+  void readQuadrangles(const KiTopologyIj& topology);
   void readRow(const KiTopologyI& topology);
-  void readDead(const KiTopology& topology);
-  void readCoordinates(const KiGeometryI& geometry);
+  void readPositions(const KiGeometryI& geometry);
 
-  const KiTopologyI* m_topologyI = nullptr;
-  const KiTopologyIj* m_topologyIj = nullptr;
-  bool m_hasDeadCells = false;
-  const std::uint8_t* m_dead = nullptr;
-  const KiCellFilterI* m_filterI = nullptr;
-  const KiCellFilterIj* m_filterIj = nullptr;
   std::shared_ptr<const KiGeometryI> m_ownGeometry; ///< where `points` cannot look at the mesh itself
 };
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "PointView.h"
+#include "InputView.h"
 
-#include <KerrinExtractor/KiCellFilterI.h>
 #include <KerrinExtractor/KiCellFilterIjk.h>
 #include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
 #include <KerrinExtractor/KiVolumeMeshHexahedronIjk.h>
@@ -14,8 +13,8 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
 #include <variant>
+#include <vector>
 
 namespace kx {
 
@@ -151,7 +150,7 @@ using CellView = std::variant<UniformCells<std::int32_t>, UniformCells<std::int6
                               MixedCells<std::int64_t>, VirtualCells, HexahedronIjkCells, GridCells, CornerCells>;
 
 /// A volume mesh of any kind, as the algorithms read it during one extraction.
-class MeshView {
+class MeshView : public InputView<KiTopologyIjk, KiCellFilterIjk> {
 public:
   explicit MeshView(const KiVolumeMeshUnstructured& mesh);
   explicit MeshView(const KiVolumeMeshHexahedronIjk& mesh);
@@ -161,42 +160,21 @@ public:
   explicit MeshView(const KiVolumeMeshCurvilinear& mesh);
 
   CellView cells;
-  PointView points;
-  std::size_t numCells = 0;
-  bool isStructured = false; ///< cells are addressed by (i, j, k)
-  Dims cellDims;
   bool hasGridNodes = false; ///< nodes are addressed by (i, j, k)
-  Dims nodeDims;
-  std::size_t beginNode = 0; ///< node ids without slot bits lie in [beginNode, endNode)
-  std::size_t endNode = 0;
-  unsigned slotBits = 0;
+  unsigned slotBits = 0;     ///< low bits of a node's id that are not part of its number
   std::size_t topologyStamp = 0;
   std::size_t geometryStamp = 0;
-  /// Why the mesh cannot be read at all (such a view has no cells); empty when it can.
-  std::string fault;
-
-  bool hasClosedCells() const { return m_hasDeadCells || m_filterI || m_filterIjk; }
-  /// Whether a cell is alive and accepted.
-  bool isOpen(std::size_t cell) const;
-  void setFilter(const KiCellFilterI* filter) { m_filterI = filter; }
-  void setFilter(const KiCellFilterIjk* filter) { m_filterIjk = filter; }
 
   /// The faces of a polyhedron by local node numbers, and its node ids; false when they cannot be read.
   bool loadPolyhedron(std::size_t cell, std::vector<std::vector<std::size_t>>& faces,
                       std::vector<std::size_t>& nodes) const;
 
 private:
-  void setStructured(const KiTopologyIjk& topology);
-  void readGrid(const KiTopologyIjk& topology);
-  void readDead(const KiTopology& topology);
-  void readCoordinates(const KiGeometry& geometry, PointView::Kind otherwise);
+  template <class Mesh>
+  void readStamps(const Mesh& mesh);
+  void readGridWithNodes(const KiTopologyIjk& topology);
 
-  const KiVolumeTopologyExplicitI* m_topologyI = nullptr;
-  const KiTopologyIjk* m_topologyIjk = nullptr;
-  bool m_hasDeadCells = false;
-  const std::uint8_t* m_dead = nullptr;
-  const KiCellFilterI* m_filterI = nullptr;
-  const KiCellFilterIjk* m_filterIjk = nullptr;
+  const KiVolumeTopologyExplicitI* m_explicit = nullptr; ///< of unstructured meshes
 };
 
 } // namespace kx

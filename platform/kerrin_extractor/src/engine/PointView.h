@@ -76,6 +76,9 @@ public:
     return {static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2])};
   }
 
+  /// Regular positions at the nodes between two corners.
+  void setAxes(const KbVec3<double>& low, const KbVec3<double>& high);
+
 private:
   KbVec3<double> general(std::size_t id) const;
 };

@@ -4,23 +4,19 @@
 #include "FlatForms.h"
 #include "FlatMesh.h"
 #include "MeshView.h"
-#include "SurfaceCells.h"
 #include "ValueView.h"
 
 #include <KerrinExtractor/KiDataSetIj.h>
 
 namespace kx {
 
-// How each view of a mesh tells the address of its cells, and reads a set in the form that suits the mesh and the set's
-// binding: I for nodes and cells with one index, Ij and Ijk for those with more. `viewFor` gives nothing for any other
-// combination, and, with a reason in `fault`, for a set that is too short.
-
-inline InputAddress addressOf(const FlatMesh& mesh) { return mesh.address; }
-inline InputAddress addressOf(const MeshView& mesh) { return {mesh.isStructured, mesh.cellDims}; }
+// A set in the form that suits a mesh and the set's binding: I for nodes and cells with one index, Ij and Ijk for those
+// with more. `viewFor` gives nothing for any other combination, and, with a reason in `fault`, for a set that is too
+// short.
 
 template <class T>
 std::optional<SetView<T>> viewFor(const FlatMesh& mesh, const KiDataSetI<T>& set, std::string& fault) {
-  if (mesh.address.isStructured || set.getBinding() == DataBinding::AUTO) return std::nullopt;
+  if (mesh.isStructured || set.getBinding() == DataBinding::AUTO) return std::nullopt;
   return viewSet(set, set.getBinding() == DataBinding::PER_NODE ? mesh.endNode : mesh.numCells, fault);
 }
 
@@ -49,28 +45,12 @@ bool visitSet(const View& mesh, const Set& set, std::string& fault, const Visit&
 
 template <class T, class Visit>
 bool visitSet(const FlatMesh& mesh, const KiDataSetIj<T>& set, std::string& fault, const Visit& visit) {
-  if (!mesh.address.isStructured || set.getBinding() == DataBinding::AUTO) return false;
+  if (!mesh.isStructured || set.getBinding() == DataBinding::AUTO) return false;
   const Dims& dims = set.getBinding() == DataBinding::PER_NODE ? mesh.nodeDims : mesh.cellDims;
   const FlatSet<T, KiDataSetIj<T>> flat(set, dims); // lives as long as the view of it
   const std::optional<SetView<T>> view = viewSet<T>(flat, dims.count(), fault);
   if (view) std::visit(visit, *view);
   return view.has_value();
-}
-
-// The same for the surface meshes of `SurfaceLocator`.
-
-template <class T>
-std::optional<SetView<T>> viewFor(const SurfaceCells& mesh, const KiDataSetI<T>& set, std::string& fault) {
-  if (mesh.isStructured || set.getBinding() == DataBinding::AUTO) return std::nullopt;
-  return viewSet(set, set.getBinding() == DataBinding::PER_NODE ? mesh.endNode : mesh.numCells, fault);
-}
-
-template <class T, class Visit>
-bool visitSet(const SurfaceCells& mesh, const KiDataSetIj<T>& set, std::string&, const Visit& visit) {
-  if (!mesh.isStructured || set.getBinding() == DataBinding::AUTO) return false;
-  const std::size_t numI = set.getBinding() == DataBinding::PER_NODE ? mesh.nodeDims.i : mesh.cellDims.i;
-  visit([&set, numI](std::size_t index) { return set.get(index % numI, index / numI); });
-  return true;
 }
 
 } // namespace kx

@@ -17,21 +17,6 @@ using Vec3 = KbVec3<double>;
 constexpr std::size_t NODES_PER_STEP = 65536;
 constexpr double CURVED_MARGIN = 0.25; ///< of the diagonal: covers every convex bulge of a quadratic cell
 
-std::size_t numNodesOf(KiSurfaceCell::Shape shape, std::size_t numNodes) {
-  switch (shape) {
-  case KiSurfaceCell::TRIANGLE:
-    return 3;
-  case KiSurfaceCell::QUADRANGLE:
-    return 4;
-  case KiSurfaceCell::QUADRATIC_TRIANGLE:
-    return 6;
-  case KiSurfaceCell::QUADRATIC_QUADRANGLE:
-    return 8;
-  default:
-    return numNodes;
-  }
-}
-
 /// The nearest position of a point in a triangle's or quadrangle's reference coordinates, by the Gauss-Newton method.
 /// False when it lies outside, or the cell has no area.
 bool project(bool isTriangle, const std::vector<Vec3>& p, const Vec3& point, Vec3& x) {
@@ -78,10 +63,11 @@ void SurfaceLocator::update(Run& run, const Changes& changes, Faults& faults) {
   m_isReady = false;
   m_bins.clear();
   m_stamps = m_readStamps();
-  m_cells.emplace(m_makeCells());
+  m_mesh.emplace(m_makeView());
+  if (!m_mesh->fault.empty()) faults.post(m_mesh->fault);
   const Box bounds = findBounds(run);
   m_tolerance = TOLERANCE * bounds.diagonal();
-  m_bins.build(run, m_cells->numCells, bounds, [&](std::size_t begin, std::size_t end, Box* boxes) {
+  m_bins.build(run, m_mesh->numCells, bounds, [&](std::size_t begin, std::size_t end, Box* boxes) {
     for (std::size_t cell = begin; cell < end; ++cell)
       boxes[cell - begin] = boxOf(cell, faults);
   });
@@ -89,14 +75,14 @@ void SurfaceLocator::update(Run& run, const Changes& changes, Faults& faults) {
 }
 
 Box SurfaceLocator::findBounds(Run& run) const {
-  const std::size_t begin = m_cells->beginNode;
-  const std::size_t numNodes = m_cells->numCells > 0 ? m_cells->endNode - begin : 0;
+  const std::size_t begin = m_mesh->beginNode;
+  const std::size_t numNodes = m_mesh->numCells > 0 ? m_mesh->endNode - begin : 0;
   std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
   run.phase("find bounds", parts.size(), [&](std::size_t step) {
     const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);
     Box box;
     for (std::size_t n = step * NODES_PER_STEP; n < end; ++n)
-      if (const Vec3 p = m_cells->point(begin + n); isFinite(p)) box.add(p);
+      if (const Vec3 p = m_mesh->points[begin + n]; isFinite(p)) box.add(p);
     parts[step] = box;
   });
   Box bounds;
@@ -110,49 +96,52 @@ Box SurfaceLocator::findBounds(Run& run) const {
 
 Box SurfaceLocator::boxOf(std::size_t cell, Faults& faults) const {
   Box box;
-  if (!m_cells->isOpen(cell)) return box;
-  thread_local std::vector<std::size_t> nodes;
-  KiSurfaceCell::Shape shape{};
-  if (!m_cells->load(cell, nodes, shape) || numNodesOf(shape, nodes.size()) != nodes.size()) {
+  if (!m_mesh->isOpen(cell)) return box;
+  thread_local CellNodeList nodes;
+  if (!load(cell, nodes)) {
     faults.add(Faults::UNREADABLE_CELL, cell);
     return box;
   }
-  for (const std::size_t node : nodes) {
-    if (node < m_cells->beginNode || node >= m_cells->endNode) {
-      faults.add(Faults::NODE_OUT_OF_RANGE, cell);
-      return {};
-    }
-    const Vec3 p = m_cells->point(node);
+  if (!m_mesh->hasValidNodes(nodes)) {
+    faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+    return box;
+  }
+  for (std::size_t i = 0; i < nodes.numNodes; ++i) {
+    const Vec3 p = m_mesh->points[nodes.ids[i]];
     if (!isFinite(p)) {
       faults.add(Faults::COORDINATE_NOT_FINITE, cell);
       return {};
     }
     box.add(p);
   }
-  const bool isCurved = shape == KiSurfaceCell::QUADRATIC_TRIANGLE || shape == KiSurfaceCell::QUADRATIC_QUADRANGLE;
-  box.grow(m_tolerance * 1.01 + (isCurved ? CURVED_MARGIN * box.diagonal() : 0.0));
+  box.grow(m_tolerance * 1.01 + (nodes.isQuadratic() ? CURVED_MARGIN * box.diagonal() : 0.0));
   return box;
+}
+
+bool SurfaceLocator::load(std::size_t cell, CellNodeList& nodes) const {
+  std::visit([&](const auto& cells) { cells.load(cell, nodes); }, m_mesh->cells);
+  return nodes.numCorners > 0;
 }
 
 bool SurfaceLocator::find(const Vec3& point, CellHit& hit) const {
   hit.cell = CellHit::NO_CELL;
   if (!m_isReady || !isFinite(point)) return false;
-  hit.cell =
-      m_bins.find(point, [&](std::size_t cell) { return m_cells->isOpen(cell) && findInCell(cell, point, hit); });
+  hit.cell = m_bins.find(point, [&](std::size_t cell) { return m_mesh->isOpen(cell) && findInCell(cell, point, hit); });
   return hit.isFound();
 }
 
 bool SurfaceLocator::findInCell(std::size_t cell, const Vec3& point, CellHit& hit) const {
-  KiSurfaceCell::Shape shape{};
-  if (!m_cells->load(cell, hit.nodes, shape)) return false;
+  thread_local CellNodeList nodes;
+  if (!load(cell, nodes)) return false;
   hit.numCorners = 0;
+  hit.nodes.assign(nodes.ids.begin(), nodes.ids.begin() + static_cast<std::ptrdiff_t>(nodes.numNodes));
   thread_local std::vector<Vec3> p;
   p.resize(hit.nodes.size());
   for (std::size_t i = 0; i < p.size(); ++i)
-    p[i] = m_cells->point(hit.nodes[i]);
+    p[i] = m_mesh->points[hit.nodes[i]];
   Vec3 x;
   Vec3 foot;
-  switch (shape) {
+  switch (nodes.shape) {
   case KiSurfaceCell::TRIANGLE:
     if (!project(true, p, point, x)) return false;
     hit.weights = {1.0 - x[0] - x[1], x[0], x[1]};
@@ -172,8 +161,9 @@ bool SurfaceLocator::findInCell(std::size_t cell, const Vec3& point, CellHit& hi
     break;
   }
   default: {
-    const ReferenceShape reference = shape == KiSurfaceCell::QUADRATIC_TRIANGLE ? ReferenceShape::QUADRATIC_TRIANGLE
-                                                                                : ReferenceShape::QUADRATIC_QUADRANGLE;
+    const ReferenceShape reference = nodes.shape == KiSurfaceCell::QUADRATIC_TRIANGLE
+                                         ? ReferenceShape::QUADRATIC_TRIANGLE
+                                         : ReferenceShape::QUADRATIC_QUADRANGLE;
     if (!invertShape(reference, p.data(), point, x)) return false;
     const ShapeValues n = evaluateShape(reference, x);
     hit.weights.assign(n.value.begin(), n.value.begin() + static_cast<std::ptrdiff_t>(p.size()));

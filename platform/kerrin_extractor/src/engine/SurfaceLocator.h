@@ -4,7 +4,7 @@
 #include "CellBins.h"
 #include "CellHit.h"
 #include "Faults.h"
-#include "SurfaceCells.h"
+#include "FlatMesh.h"
 
 #include <functional>
 #include <optional>
@@ -23,7 +23,7 @@ public:
   /// The mesh must outlive this object.
   template <class Mesh>
   explicit SurfaceLocator(const Mesh& mesh)
-      : m_makeCells([&mesh] { return SurfaceCells(mesh); })
+      : m_makeView([&mesh] { return FlatMesh(mesh); })
       , m_readStamps(
             [&mesh] { return std::pair(mesh.getTopology().getTimeStamp(), mesh.getGeometry().getTimeStamp()); }) {}
 
@@ -31,21 +31,23 @@ public:
   Changes getChanges() const;
   std::size_t numPhases(const Changes& changes) const;
   void update(Run& run, const Changes& changes, Faults& faults);
-  const SurfaceCells& mesh() const { return *m_cells; }
+  const FlatMesh& mesh() const { return *m_mesh; }
   template <class Filter>
   void setFilter(const Filter* filter) {
-    m_cells->setFilter(filter);
+    m_mesh->setFilter(filter);
   }
   bool find(const KbVec3<double>& point, CellHit& hit) const;
 
 private:
   bool findInCell(std::size_t cell, const KbVec3<double>& point, CellHit& hit) const;
   Box boxOf(std::size_t cell, Faults& faults) const;
+  /// Whether a cell can be read.
+  bool load(std::size_t cell, CellNodeList& nodes) const;
   Box findBounds(Run& run) const;
 
-  std::function<SurfaceCells()> m_makeCells;
+  std::function<FlatMesh()> m_makeView;
   std::function<std::pair<std::size_t, std::size_t>()> m_readStamps;
-  std::optional<SurfaceCells> m_cells;
+  std::optional<FlatMesh> m_mesh;
   std::pair<std::size_t, std::size_t> m_stamps;
   bool m_isReady = false;
   double m_tolerance = 0.0;

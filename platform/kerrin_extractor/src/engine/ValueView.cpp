@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ValueView.h"
 
-#include <KerrinExtractor/KiRawArrays.h>
+#include "InputView.h"
 
 namespace kx {
 namespace {
@@ -9,8 +9,7 @@ namespace {
 /// The array-backed view where the set offers its array.
 template <class T>
 std::optional<SetView<T>> viewArray(const KiDataSet& set, unsigned slotBits, std::size_t count, bool& isTooShort) {
-  const auto* arrays = dynamic_cast<const KiRawArrays*>(&set);
-  const KiRawArray values = arrays ? arrays->getRawArray(KiRawArrays::VALUES) : KiRawArray{};
+  const KiRawArray values = rawArrayOf(set, KiRawArrays::VALUES);
   if (values.type != KiRawArray::FLOAT32 && values.type != KiRawArray::FLOAT64) return std::nullopt;
   constexpr std::size_t components = std::is_same_v<T, double> ? 1 : 3;
   isTooShort = values.size < components * count;
