@@ -14,8 +14,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <numeric>
+#include <random>
 
 using namespace arrays;
 
@@ -158,6 +161,73 @@ TEST(CylinderSlice, HasTheAreaOfItsMantle) {
         const auto isAtAnEnd = [](const KbVec3<double>& p) { return p[2] < 1e-6 || p[2] > 1.0 - 1e-6; };
         EXPECT_EQ(s.numOpenEdges(isAtAnEnd), 0u);
         EXPECT_GT(s.numOpenEdges(), 0u);
+      });
+}
+
+/// A shaken cube of several chunks of cells in no order, somewhere and of some size, with a node that is no position.
+struct ShakenCube {
+  ShakenCube(double place, double size)
+      : cube(34) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> shake(-0.006, 0.006);
+    for (double& x : cube.xyz)
+      x = place + size * (x + shake(random));
+    cube.xyz[3 * 20000] = std::nan("");
+    const auto numCells = cube.connectivity.size() / 8;
+    std::vector<std::size_t> order(numCells);
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::shuffle(order.begin() + static_cast<std::ptrdiff_t>(numCells / 2), order.end(), random);
+    for (const std::size_t cell : order)
+      for (std::size_t i = 0; i < 8; ++i)
+        connectivity.push_back(cube.connectivity[8 * cell + i]);
+    cells.connectivity = connectivity;
+    cells.shapes = cube.shapes;
+    cells.numCells = numCells;
+    cells.numNodes = cube.xyz.size() / 3;
+  }
+  Cube cube;
+  std::vector<std::int32_t> connectivity;
+  CellArrays<std::int32_t> cells;
+};
+
+/// Every cut of a living extractor, with and without what it keeps, is that of a fresh one.
+template <class Extractor, class Extract>
+void expectLivingAsFresh(const Extract& extract) {
+  for (const auto& [place, size] : {std::pair(0.0, 1.0), std::pair(-4e5, 3.0), std::pair(7e-9, 1e-8)}) {
+    const ShakenCube shaken(place, size);
+    const UnstructuredMesh<Access::RAW, std::int32_t, double> mesh(shaken.cube.xyz, shaken.cells);
+    const std::unique_ptr<Extractor> living(Extractor::getNewInstance(mesh, true, nullptr));
+    const MessageLog log;
+    for (std::size_t step = 0; step < 6; ++step) {
+      const std::unique_ptr<Extractor> fresh(Extractor::getNewInstance(mesh, true, nullptr));
+      const double t = 0.15 + 0.13 * static_cast<double>(step);
+      const KeXSurfaceMeshUnstructured& wanted = extract(*fresh, place, size, t);
+      EXPECT_EQ(bytesOf(extract(*living, place, size, t)), bytesOf(wanted)) << "at " << place << ", step " << step;
+      EXPECT_GT(wanted.getTopology().getNumCells(), 50u);
+    }
+  }
+}
+
+TEST(PlaneSlice, LivingExtractorEqualsFreshOne) {
+  expectLivingAsFresh<KiPlaneSliceExtractUnstructured>(
+      [](auto& extractor, double place, double size, double t) -> decltype(auto) {
+        const KbVec3<double> normal = KbVec3<double>(1.0, t, -0.4).normalized();
+        const KbVec3<double> point(place + t * size, place + 0.5 * size, place + 0.5 * size);
+        return extractor.extract(normal, normal.dot(point), nullptr);
+      });
+}
+
+TEST(SphereSlice, LivingExtractorEqualsFreshOne) {
+  expectLivingAsFresh<KiSphereSliceExtractUnstructured>(
+      [](auto& extractor, double place, double size, double t) -> decltype(auto) {
+        return extractor.extract(KbVec3<double>(place + 0.5 * size), t * size, nullptr);
+      });
+}
+
+TEST(CylinderSlice, LivingExtractorEqualsFreshOne) {
+  expectLivingAsFresh<KiCylinderSliceExtractUnstructured>(
+      [](auto& extractor, double place, double size, double t) -> decltype(auto) {
+        return extractor.extract(KbVec3<double>(place + 0.5 * size), t * size, {0.3, 1.0, t}, nullptr);
       });
 }
 

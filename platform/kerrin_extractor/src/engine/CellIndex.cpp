@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellIndex.h"
 
+#include "CellReader.h"
 #include "CornerValues.h"
+#include "FinitePosition.h"
 
 #include <algorithm>
 #include <bit>
@@ -33,70 +35,19 @@ std::uint64_t candidates(const std::uint8_t* low, const std::uint8_t* high, std:
   return bits;
 }
 
-/// What is asked of the nodes of cells.
-enum class Purpose { VALUES, POSITIONS };
-
-/// Reads cells one after the other, for what is asked of their corners.
-template <Purpose PURPOSE, class Cells>
-class CellReader {
-public:
-  CellReader(const MeshView& mesh, const Cells& cells, Faults& faults)
-      : m_mesh(mesh)
-      , m_cells(cells)
-      , m_faults(faults)
-      , m_hasClosedCells(mesh.hasClosedCells())
-      , m_numNodes(mesh.endNode - std::min(mesh.beginNode, mesh.endNode)) {}
-
-  /// Calls `corners(code, nodes)` or `polyhedron(nodes)` for an open cell whose nodes exist; false for others.
-  template <class Corners, class Polyhedron>
-  [[gnu::always_inline]] bool read(std::size_t cell, const Corners& corners, const Polyhedron& polyhedron) {
-    if (m_hasClosedCells && !m_mesh.isOpen(cell)) return false;
-    CellNodes nodes{};
-    const CellCode code = PURPOSE == Purpose::VALUES ? m_cells.loadForValues(cell, nodes) : m_cells.load(cell, nodes);
-    if (code < POLYHEDRON) {
-      const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
-      if (!areNodes(nodes, count)) return refuse(Faults::NODE_OUT_OF_RANGE, cell);
-      corners(code, nodes);
-      return true;
-    }
-    if (code == UNREADABLE || !m_mesh.loadPolyhedron(cell, m_faces, m_all))
-      return refuse(Faults::UNREADABLE_CELL, cell);
-    if (!areNodes(m_all, m_all.size())) return refuse(Faults::NODE_OUT_OF_RANGE, cell);
-    polyhedron(m_all);
-    return true;
-  }
-
-private:
-  template <class Ids>
-  bool areNodes(const Ids& ids, std::size_t count) const {
-    std::size_t greatest = 0;
-    for (std::size_t i = 0; i < count; ++i)
-      greatest = std::max(greatest, (ids[i] >> m_mesh.slotBits) - m_mesh.beginNode);
-    return greatest < m_numNodes;
-  }
-  bool refuse(Faults::Kind fault, std::size_t cell) const {
-    m_faults.add(fault, cell);
-    return false;
-  }
-
-  const MeshView& m_mesh;
-  const Cells& m_cells;
-  Faults& m_faults;
-  bool m_hasClosedCells;
-  std::size_t m_numNodes;
-  std::vector<std::vector<std::size_t>> m_faces;
-  std::vector<std::size_t> m_all;
-};
-
 } // namespace
 
-void CellIndex::reset(const MeshView& mesh, const ScalarField& field) {
+void CellIndex::reset(const MeshView& mesh) {
   m_numCells = mesh.numCells;
   m_states.resize(m_numCells);
+  std::fill_n(m_states.data(), m_numCells, UNKNOWN);
+}
+
+void CellIndex::prepare(const MeshView& mesh, const ScalarField& field) {
   const bool isFunction = std::holds_alternative<FunctionValues>(field);
   m_low.resize(isFunction ? 0 : m_numCells);
   m_high.resize(isFunction ? 0 : m_numCells);
-  m_boxes.resize(isFunction ? numBlocks(m_numCells, BLOCK) : 0);
+  m_boxes.resize(isFunction ? 6 * numBlocks(m_numCells, BLOCK) : 0);
   m_chunkBoxes.resize(isFunction ? numBlocks(m_numCells, CHUNK) : 0);
   if (isFunction) return;
   // The steps span the values of a sample: a wrong range costs time, never cells.
@@ -134,7 +85,6 @@ void CellIndex::buildSteps(const MeshView& mesh, const Cells& cells, const Value
   CellReader<Purpose::VALUES, Cells> reader(mesh, cells, faults);
   const std::size_t end = std::min((chunk + 1) * CHUNK, m_numCells);
   for (std::size_t cell = chunk * CHUNK; cell < end; ++cell) {
-    m_states[cell] = UNKNOWN;
     m_low[cell] = 255;
     m_high[cell] = 0;
     const auto setSteps = [&](double least, double greatest) {
@@ -152,7 +102,7 @@ void CellIndex::buildSteps(const MeshView& mesh, const Cells& cells, const Value
                 if (corners.range(least, greatest)) setSteps(static_cast<double>(least), static_cast<double>(greatest));
               });
         },
-        [&](const std::vector<std::size_t>& nodes) {
+        [&](const auto&, const std::vector<std::size_t>& nodes) {
           double least = std::numeric_limits<double>::infinity();
           double greatest = -least;
           for (const std::size_t node : nodes) {
@@ -166,20 +116,23 @@ void CellIndex::buildSteps(const MeshView& mesh, const Cells& cells, const Value
   }
 }
 
-/// Takes up points. A coordinate that is not a number leaves the box alone; its cells are refused when crossed.
+/// Takes up cells. One with a point that is no position leaves the box alone.
 class CellIndex::BoxMaker {
 public:
   explicit BoxMaker(const PointView& points)
       : m_points(points) {}
 
 #if defined(__SSE2__)
-  void add(const std::size_t* ids, std::size_t count) {
+  /// Whether the cell has been taken up.
+  bool add(const std::size_t* ids, std::size_t count) {
     // Kept in registers over the loop.
     __m128 low = m_low;
     __m128 high = m_high;
+    __m128 notFinite = _mm_setzero_ps();
     const auto extend = [&](__m128 p) {
       low = _mm_min_ps(p, low);
       high = _mm_max_ps(p, high);
+      notFinite = _mm_add_ps(notFinite, _mm_sub_ps(p, p));
     };
     if (m_points.kind == PointView::Kind::FLOATS) {
       for (std::size_t i = 0; i < count; ++i) {
@@ -193,8 +146,10 @@ public:
         extend(_mm_set_ps(0.0f, static_cast<float>(p[2]), static_cast<float>(p[1]), static_cast<float>(p[0])));
       }
     }
+    if (_mm_movemask_ps(_mm_cmpeq_ps(notFinite, _mm_setzero_ps())) != 0xf) return false;
     m_low = low;
     m_high = high;
+    return true;
   }
   Box box() const {
     float low[4];
@@ -208,54 +163,32 @@ private:
   __m128 m_low = _mm_set1_ps(std::numeric_limits<float>::infinity());
   __m128 m_high = _mm_set1_ps(-std::numeric_limits<float>::infinity());
 #else
-  void add(const std::size_t* ids, std::size_t count) {
+  bool add(const std::size_t* ids, std::size_t count) {
+    Box box = m_box;
     for (std::size_t i = 0; i < count; ++i) {
-      const KbVec3<double> p = m_points[ids[i]];
-      for (std::size_t axis = 0; axis < 3; ++axis) {
-        const auto x = static_cast<float>(p[axis]);
-        if (x < m_box.low[axis]) m_box.low[axis] = x;
-        if (x > m_box.high[axis]) m_box.high[axis] = x;
-      }
+      const KbVec3<float> p(m_points[ids[i]]);
+      if (!isFinite(KbVec3<double>(p))) return false;
+      box.add({{p[0], p[1], p[2]}, {p[0], p[1], p[2]}});
     }
+    m_box = box;
+    return true;
   }
   Box box() const { return rounded(m_box); }
 
 private:
-  static constexpr float INF = std::numeric_limits<float>::infinity();
-  Box m_box{{INF, INF, INF}, {-INF, -INF, -INF}};
+  Box m_box = NOTHING;
 #endif
   /// One step outwards where positions are finer than floats.
   Box rounded(Box box) const {
-    if (m_points.kind == PointView::Kind::FLOATS || !(box.low[0] <= box.high[0])) return box;
+    if (m_points.kind == PointView::Kind::FLOATS || box.isEmpty()) return box;
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      box.low[axis] = std::nextafter(box.low[axis], -std::numeric_limits<float>::infinity());
-      box.high[axis] = std::nextafter(box.high[axis], std::numeric_limits<float>::infinity());
+      box.low[axis] = std::nextafter(box.low[axis], std::numeric_limits<float>::lowest());
+      box.high[axis] = std::nextafter(box.high[axis], std::numeric_limits<float>::max());
     }
     return box;
   }
   const PointView& m_points;
 };
-
-template <class Cells>
-void CellIndex::buildBoxes(const MeshView& mesh, const Cells& cells, std::size_t chunk, Faults& faults) {
-  CellReader<Purpose::POSITIONS, Cells> reader(mesh, cells, faults);
-  const std::size_t end = std::min((chunk + 1) * CHUNK, m_numCells);
-  Box all = BoxMaker(mesh.points).box();
-  for (std::size_t base = chunk * CHUNK; base < end; base += BLOCK) {
-    BoxMaker maker(mesh.points);
-    for (std::size_t cell = base; cell < std::min(base + BLOCK, end); ++cell) {
-      const bool isRead = reader.read(
-          cell,
-          [&](CellCode code, const CellNodes& nodes)
-              __attribute__((always_inline)) { maker.add(nodes.data(), code == HEXAHEDRON ? 8 : NUM_CORNERS[code]); },
-          [&](const std::vector<std::size_t>& nodes) { maker.add(nodes.data(), nodes.size()); });
-      m_states[cell] = isRead ? UNKNOWN : YIELDS_NOTHING;
-    }
-    m_boxes[base / BLOCK] = maker.box();
-    all.add(m_boxes[base / BLOCK]);
-  }
-  m_chunkBoxes[chunk] = all;
-}
 
 void CellIndex::Box::add(const Box& other) {
   for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -264,17 +197,90 @@ void CellIndex::Box::add(const Box& other) {
   }
 }
 
-bool CellIndex::Box::meets(const ImplicitFunction& function) const {
-  float size = 0.0f;
-  for (std::size_t axis = 0; axis < 3; ++axis) {
-    if (!(low[axis] <= high[axis])) return false;
-    size += high[axis] - low[axis];
+template <class Cells>
+void CellIndex::buildBoxes(const MeshView& mesh, const Cells& cells, std::size_t chunk, Faults& faults) {
+  CellReader<Purpose::POSITIONS, Cells> reader(mesh, cells, faults);
+  const std::size_t begin = chunk * CHUNK;
+  const std::size_t end = std::min(begin + CHUNK, m_numCells);
+  std::vector<Box> boxes(numBlocksIn(chunk));
+  for (std::size_t base = begin; base < end; base += BLOCK) {
+    BoxMaker maker(mesh.points);
+    for (std::size_t cell = base; cell < std::min(base + BLOCK, end); ++cell) {
+      const auto add = [&](const std::size_t* nodes, std::size_t count) __attribute__((always_inline)) {
+        if (maker.add(nodes, count)) return;
+        faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+        m_states[cell] = YIELDS_NOTHING;
+      };
+      const bool isRead = reader.read(
+          cell,
+          [&](CellCode code, const CellNodes& nodes)
+              __attribute__((always_inline)) { add(nodes.data(), code == HEXAHEDRON ? 8 : NUM_CORNERS[code]); },
+          [&](const auto&, const std::vector<std::size_t>& nodes) { add(nodes.data(), nodes.size()); });
+      if (!isRead) m_states[cell] = YIELDS_NOTHING;
+    }
+    boxes[(base - begin) / BLOCK] = maker.box();
   }
-  if (!std::isfinite(size)) return true; // no bounds to be had; the cells are looked at one by one
-  const auto point = [](const std::array<float, 3>& p) {
-    return KbVec3<double>(static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2]));
-  };
-  return function.boundsIn(point(low), point(high)).hasZero();
+  storeBoxes(chunk, boxes);
+}
+
+void CellIndex::storeBoxes(std::size_t chunk, const std::vector<Box>& boxes) {
+  const std::size_t count = boxes.size();
+  Box all = NOTHING;
+  for (const Box& box : boxes)
+    all.add(box);
+  m_chunkBoxes[chunk] = all;
+  std::uint8_t* steps = m_boxes.data() + 6 * chunk * CHUNK_BLOCKS;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const auto base = static_cast<double>(all.low[axis]);
+    const double size = static_cast<double>(all.high[axis]) - base;
+    const double scale = size > 0.0 ? NUM_STEPS / size : 0.0;
+    const auto stepOf = [&](float x, double room) {
+      const double step = (static_cast<double>(x) - base) * scale + room;
+      return static_cast<std::uint8_t>(std::min(std::max(step, 0.0), NUM_STEPS));
+    };
+    // The hundredth part of a step is more than the roundings of this and of the way back.
+    for (std::size_t block = 0; block < count; ++block) {
+      steps[axis * count + block] = stepOf(boxes[block].low[axis], -0.01);
+      steps[(axis + 3) * count + block] = stepOf(boxes[block].high[axis], 1.01);
+    }
+  }
+}
+
+template <class Function>
+std::size_t CellIndex::findByBoxes(std::size_t chunk, const Function& function, ChunkCells& cells) const {
+  const Box& all = m_chunkBoxes[chunk];
+  if (all.isEmpty()) return 0;
+  const KbVec3<double> chunkLow(KbVec3<float>(all.low[0], all.low[1], all.low[2]));
+  const KbVec3<double> chunkHigh(KbVec3<float>(all.high[0], all.high[1], all.high[2]));
+  if (!function.boundsIn(chunkLow, chunkHigh).hasZero()) return 0;
+
+  // One byte a block: whether the surface may meet its box. Left to the compiler's vectors.
+  const std::size_t count = numBlocksIn(chunk);
+  std::array<std::uint8_t, CHUNK_BLOCKS> meets;
+  if constexpr (std::is_same_v<Function, ImplicitFunction>) {
+    std::fill_n(meets.begin(), count, std::uint8_t{1});
+  } else {
+    const auto room = static_cast<float>(1e-5 * function.magnitude(chunkLow, chunkHigh));
+    const std::uint8_t* steps = m_boxes.data() + 6 * chunk * CHUNK_BLOCKS;
+    const KbVec3<float> base(chunkLow);
+    const KbVec3<float> scale((chunkHigh - chunkLow) / NUM_STEPS);
+    for (std::size_t block = 0; block < count; ++block) {
+      const auto at = [&](std::size_t axis, std::size_t side) {
+        return base[axis] + scale[axis] * static_cast<float>(steps[(axis + side) * count + block]);
+      };
+      const BoundsOf<float> bounds =
+          function.template boundsOver<float>({at(0, 0), at(1, 0), at(2, 0)}, {at(0, 3), at(1, 3), at(2, 3)});
+      meets[block] = static_cast<std::uint8_t>((bounds.low <= room) & (bounds.high >= -room));
+    }
+  }
+  const std::size_t begin = chunk * CHUNK;
+  std::size_t numFound = 0;
+  for (std::size_t block = 0; block < count; ++block) {
+    if (meets[block] == 0) continue;
+    for (std::size_t c = block * BLOCK; c < std::min((block + 1) * BLOCK, m_numCells - begin); ++c)
+      if (m_states[begin + c] != YIELDS_NOTHING) cells[numFound++] = static_cast<std::uint16_t>(c);
+  }
+  return numFound;
 }
 
 std::size_t CellIndex::find(std::size_t chunk, double isovalue, const ImplicitFunction* function,
@@ -282,13 +288,8 @@ std::size_t CellIndex::find(std::size_t chunk, double isovalue, const ImplicitFu
   const std::size_t begin = chunk * CHUNK;
   const std::size_t end = std::min(begin + CHUNK, m_numCells);
   if (!function) return findBySteps(begin, end, step(isovalue), cells);
-  if (!m_chunkBoxes[chunk].meets(*function)) return 0;
   std::size_t numFound = 0;
-  for (std::size_t base = begin; base < end; base += BLOCK) {
-    if (!m_boxes[base / BLOCK].meets(*function)) continue;
-    for (std::size_t cell = base; cell < std::min(base + BLOCK, end); ++cell)
-      if (m_states[cell] != YIELDS_NOTHING) cells[numFound++] = static_cast<std::uint16_t>(cell - begin);
-  }
+  withFunction(*function, [&](const auto& f) { numFound = findByBoxes(chunk, f, cells); });
   return numFound;
 }
 

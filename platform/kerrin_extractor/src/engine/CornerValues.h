@@ -133,6 +133,8 @@ public:
     if (static_cast<double>(m_value) < value)
       m_value = std::nextafter(m_value, std::numeric_limits<Scalar>::infinity());
   }
+  bool isInside(Scalar value) const { return value >= m_value; }
+  bool isOnIt(Scalar value) const { return m_isExact && value == m_value; }
   template <std::size_t N>
   unsigned inside(const CornerValues<Scalar, N>& corners) const {
     return corners.notBelow(m_value);

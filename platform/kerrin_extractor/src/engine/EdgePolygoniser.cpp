@@ -3,10 +3,12 @@
 
 #include "CaseTable.h"
 #include "CellGeometry.h"
+#include "CellReader.h"
 #include "CornerValues.h"
 #include "FinitePosition.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -38,21 +40,27 @@ void splitLoop(const NodeLoop& loop, std::vector<NodeLoop>& polygons) {
   if (open.size() >= 3) polygons.push_back(std::move(open));
 }
 
-template <class PointAt>
-std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointAt& pointAt) {
-  const std::size_t count = code == HEXAHEDRON ? 8 : NUM_CORNERS[code];
-  std::array<KbVec3<double>, 8> corners;
+bool hasRepeats(const CellNodes& nodes, std::size_t count) {
+  std::uint64_t seen = 0; // a bit for each id modulo 64: most cells need no closer look
   for (std::size_t i = 0; i < count; ++i)
-    corners[i] = pointAt(nodes[i]);
-  const double size = signedSize(code, corners);
-  const bool areFinite = std::all_of(corners.begin(), corners.begin() + static_cast<std::ptrdiff_t>(count), isFinite);
-  bool isRepeated = false;
+    seen |= std::uint64_t{1} << (nodes[i] & 63);
+  if (static_cast<std::size_t>(std::popcount(seen)) == count) return false;
   for (std::size_t i = 1; i < count; ++i)
     for (std::size_t j = 0; j < i; ++j)
-      isRepeated |= nodes[i] == nodes[j];
-  return static_cast<std::uint8_t>(CellIndex::IS_KNOWN | (size < 0.0 ? CellIndex::IS_INVERTED : 0) |
-                                   (isRepeated ? CellIndex::HAS_REPEATED_NODES : 0) |
-                                   (areFinite ? 0 : CellIndex::IS_NOT_FINITE));
+      if (nodes[i] == nodes[j]) return true;
+  return false;
+}
+
+template <class PointAt>
+std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointAt& pointAt) {
+  const std::size_t count = NUM_CORNERS[code];
+  const auto corner = [&](std::size_t i) { return pointAt(nodes[std::min(i, count - 1)]); };
+  const std::array<KbVec3<double>, 8> corners{corner(0), corner(1), corner(2), corner(3),
+                                              corner(4), corner(5), corner(6), corner(7)};
+  const bool areFinite = std::all_of(corners.begin(), corners.end(), isFinite);
+  return static_cast<std::uint8_t>(
+      CellIndex::IS_KNOWN | (signedSize(code, corners) < 0.0 ? CellIndex::IS_INVERTED : 0) |
+      (hasRepeats(nodes, count) ? CellIndex::HAS_REPEATED_NODES : 0) | (areFinite ? 0 : CellIndex::IS_NOT_FINITE));
 }
 
 std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointView& points) {
@@ -119,8 +127,9 @@ public:
       , m_begin(chunk * CHUNK)
       , m_part(parts, chunk, m_begin) {}
 
+  /// Takes the candidates among the cells of the chunk.
   template <class Cells, class Values>
-  void run(const Cells& cells, const Values& values, const CellIndex::ChunkCells& candidates, std::size_t count) {
+  void take(const Cells& cells, const Values& values, const CellIndex::ChunkCells& candidates, std::size_t count) {
     using Scalar = typename Values::Raw;
     const Threshold<Scalar> threshold(m_job.isovalue);
     CellNodes nodes;
@@ -129,11 +138,12 @@ public:
       const std::size_t cell = m_begin + candidates[at];
       const CellCode code = cells.load(cell, nodes);
       if (code >= POLYHEDRON) {
-        addPolyhedron(cell);
+        // The index has told of those that cannot be read.
+        if (m_job.mesh.loadPolyhedron(cell, m_faces, m_nodes)) addPolyhedron(cell, m_faces, m_nodes);
         continue;
       }
       withCornerValues(values, code, nodes, [&](const auto& corners) {
-        // The index has kept such values of sets away; a function has them where coordinates are.
+        // The index has kept away cells with values that are no numbers, but where a function yields them.
         if (!corners.isFinite())
           m_job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
         else
@@ -142,7 +152,83 @@ public:
     }
   }
 
+  /// Takes all cells of the chunk by the sides of their nodes.
+  template <class Cells>
+  void scan(const Cells& cells, const NodeSides& sides) {
+    CellReader<Purpose::POSITIONS, Cells> reader(m_job.mesh, cells, m_job.faults);
+    const std::size_t end = std::min(m_begin + CHUNK, m_job.mesh.numCells);
+    CellNodes nodes;
+    CellIndex::ChunkCells crossed;
+    std::size_t count = 0;
+    for (std::size_t cell = m_begin; cell < end; ++cell) {
+      const CellCode code = cells.loadForValues(cell, nodes);
+      unsigned any = NodeSides::NO_NODE; // of polyhedra, which may have any number of nodes
+      unsigned all = 0;
+      if (code < POLYHEDRON) {
+        const auto look = [&](std::size_t numCorners) __attribute__((always_inline)) {
+          any = all = sides[nodes[0]];
+          for (std::size_t i = 1; i < numCorners; ++i) {
+            const unsigned side = sides[nodes[i]];
+            any |= side;
+            all &= side;
+          }
+        };
+        if (code == HEXAHEDRON)
+          look(8);
+        else if (code == TETRAHEDRON)
+          look(4);
+        else
+          look(NUM_CORNERS[code]);
+      }
+      constexpr unsigned IS_ODD = NodeSides::NO_NUMBER | NodeSides::NO_NODE;
+      crossed[count] = static_cast<std::uint16_t>(cell - m_begin);
+      count += (((any ^ all) & NodeSides::INSIDE) | (any & IS_ODD)) != 0;
+    }
+    for (std::size_t at = 0; at < count; ++at) {
+      if (at + AHEAD < count) cells.prefetch(m_begin + crossed[at + AHEAD]);
+      if (at + AHEAD / 2 < count) {
+        const CellCode code = cells.loadForValues(m_begin + crossed[at + AHEAD / 2], nodes);
+        for (std::size_t i = 0; code < POLYHEDRON && i < NUM_CORNERS[code]; ++i)
+          m_job.mesh.points.prefetch(nodes[i]);
+      }
+      takeCrossed(reader, m_begin + crossed[at], sides);
+    }
+  }
+
 private:
+  /// A cell with nodes on both sides, or with nodes or values that don't exist.
+  template <class Reader>
+  void takeCrossed(Reader& reader, std::size_t cell, const NodeSides& sides) {
+    const auto hasNumbers = [&](const auto& nodes, std::size_t count) {
+      for (std::size_t i = 0; i < count; ++i)
+        if ((sides[nodes[i]] & NodeSides::NO_NUMBER) != 0) return false;
+      return true;
+    };
+    const bool isFunction = std::holds_alternative<FunctionValues>(m_job.field);
+    reader.read(
+        cell,
+        [&](CellCode code, const CellNodes& nodes) {
+          const std::size_t count = NUM_CORNERS[code];
+          unsigned inside = 0;
+          unsigned onIt = 0;
+          for (std::size_t i = 0; i < count; ++i) {
+            const unsigned side = sides[nodes[i]];
+            inside |= (side & NodeSides::INSIDE) << i;
+            onIt |= side & NodeSides::ON_SURFACE;
+          }
+          if (hasNumbers(nodes, count))
+            addCell(cell, code, nodes, inside, onIt != 0);
+          else if (isFunction)
+            m_job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+        },
+        [&](const std::vector<std::vector<std::size_t>>& faces, const std::vector<std::size_t>& nodes) {
+          if (hasNumbers(nodes, nodes.size()))
+            addPolyhedron(cell, faces, nodes);
+          else if (isFunction)
+            m_job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+        });
+  }
+
   void addCell(std::size_t cell, CellCode code, const CellNodes& nodes, unsigned inside, bool isExact) {
     const CaseTable& table = *m_job.tables[code];
     const CaseTable::Case& c = table[inside & ((1u << NUM_CORNERS[code]) - 1)];
@@ -184,31 +270,30 @@ private:
     m_part.addPolygons(cell, c.numPolygons);
   }
 
-  void addPolyhedron(std::size_t cell) {
-    if (!m_job.mesh.loadPolyhedron(cell, m_faces, m_nodes)) return; // the index has told
-    std::vector<bool> inside(m_nodes.size());
-    for (std::size_t i = 0; i < m_nodes.size(); ++i)
-      inside[i] = m_job.value(m_nodes[i]) >= m_job.isovalue;
+  void addPolyhedron(std::size_t cell, const std::vector<std::vector<std::size_t>>& faces,
+                     const std::vector<std::size_t>& nodes) {
+    std::vector<bool> inside(nodes.size());
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+      inside[i] = m_job.value(nodes[i]) >= m_job.isovalue;
     Loops loops;
-    if (!traceLoops(m_faces, inside, loops)) {
+    if (!traceLoops(faces, inside, loops)) {
       m_job.faults.add(Faults::OPEN_POLYHEDRON, cell);
       return;
     }
     if (loops.empty()) return;
     std::vector<KbVec3<double>> corners;
-    for (const std::size_t node : m_nodes)
+    for (const std::size_t node : nodes)
       corners.push_back(m_job.mesh.points[node]);
-    const double size = signedSize(m_faces, corners);
-    if (!std::all_of(m_nodes.begin(), m_nodes.end(),
-                     [this](std::size_t node) { return isFinite(m_job.mesh.points[node]); })) {
+    if (!std::all_of(corners.begin(), corners.end(), isFinite)) {
       m_job.faults.add(Faults::COORDINATE_NOT_FINITE, cell);
       return;
     }
+    const bool isInverted = signedSize(faces, corners) < 0.0;
     Job::LoopMaker maker(m_job, m_polygons);
     for (std::vector<LocalEdge>& edges : loops) {
-      if (size < 0.0) std::reverse(edges.begin(), edges.end());
+      if (isInverted) std::reverse(edges.begin(), edges.end());
       for (const LocalEdge& e : edges)
-        maker.add(m_nodes[e.a], m_nodes[e.b]);
+        maker.add(nodes[e.a], nodes[e.b]);
       maker.finish();
     }
     addPolygons(cell);
@@ -242,20 +327,26 @@ private:
   std::vector<std::size_t> m_nodes;
 };
 
-void EdgePolygoniser::cut(Run& run, const MeshView& mesh, const ScalarField& field, double isovalue, bool buildsIndex,
+void EdgePolygoniser::cut(Run& run, const MeshView& mesh, const ScalarField& field, double isovalue,
                           SurfaceData& output, Faults& faults) {
   Job job{run, mesh, field, isovalue, output, faults};
   if (job.endId() <= std::numeric_limits<std::uint32_t>::max())
-    cut(job, buildsIndex, m_parts);
+    cut(job, m_parts);
   else
-    cut(job, buildsIndex, m_wideParts);
+    cut(job, m_wideParts);
 }
 
 template <class Id>
-void EdgePolygoniser::cut(Job& job, bool buildsIndex, SurfaceParts<Id>& parts) {
-  if (buildsIndex) m_index.reset(job.mesh, job.field);
+void EdgePolygoniser::cut(Job& job, SurfaceParts<Id>& parts) {
   parts.reset(numBlocks(job.mesh.numCells, CHUNK), job.mesh.beginNode << job.mesh.slotBits, job.endId());
-  classify(job, buildsIndex, parts);
+  if (m_stage == Stage::FIRST_CUT) m_index.reset(job.mesh);
+  if (scansSides(job.mesh, job.field)) {
+    scan(job, parts);
+    m_stage = Stage::SECOND_CUT;
+  } else {
+    classify(job, parts);
+    m_stage = Stage::HAS_INDEX;
+  }
 
   typename SurfaceParts<Id>::Sizes sizes = parts.close();
   if (sizes.numIndices > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
@@ -264,6 +355,7 @@ void EdgePolygoniser::cut(Job& job, bool buildsIndex, SurfaceParts<Id>& parts) {
     parts.reset(0, 0, 0);
     sizes = parts.close();
   }
+  job.run.phase("share", parts.numParts(), [&](std::size_t number) { parts.share(number); });
   job.run.phase("merge", parts.numBlocks(), [&](std::size_t block) { parts.merge(block); });
   placeVertices(job, parts);
   job.output.indices.resize(sizes.numIndices);
@@ -272,17 +364,32 @@ void EdgePolygoniser::cut(Job& job, bool buildsIndex, SurfaceParts<Id>& parts) {
 }
 
 template <class Id>
-void EdgePolygoniser::classify(Job& job, bool buildsIndex, SurfaceParts<Id>& parts) {
+void EdgePolygoniser::scan(Job& job, SurfaceParts<Id>& parts) {
+  NodeSides sides;
+  sides.fill(job.run, job.mesh, job.field, job.isovalue);
+  job.run.phase("classify", numBlocks(job.mesh.numCells, CHUNK), [&](std::size_t chunk) {
+    Classifier<Id> classifier(job, m_index, chunk, parts);
+    std::visit([&](const auto& cells) { classifier.scan(cells, sides); }, job.mesh.cells);
+  });
+}
+
+template <class Id>
+void EdgePolygoniser::classify(Job& job, SurfaceParts<Id>& parts) {
+  const bool buildsIndex = m_stage != Stage::HAS_INDEX;
+  if (buildsIndex) m_index.prepare(job.mesh, job.field);
+  // What is wrong with the mesh has been told by the first cut.
+  Faults known("");
+  Faults& faults = m_stage == Stage::FIRST_CUT ? job.faults : known;
   const auto* functionValues = std::get_if<FunctionValues>(&job.field);
   const ImplicitFunction* function = functionValues ? functionValues->function : nullptr;
   job.run.phase(buildsIndex ? "index" : "classify", numBlocks(job.mesh.numCells, CHUNK), [&](std::size_t chunk) {
     // The cells are still near when they have just been indexed.
-    if (buildsIndex) m_index.build(job.mesh, job.field, chunk, job.faults);
+    if (buildsIndex) m_index.build(job.mesh, job.field, chunk, faults);
     CellIndex::ChunkCells candidates;
     const std::size_t count = m_index.find(chunk, job.isovalue, function, candidates);
     if (count == 0) return;
     Classifier<Id> classifier(job, m_index, chunk, parts);
-    std::visit([&](const auto& cells, const auto& values) { classifier.run(cells, values, candidates, count); },
+    std::visit([&](const auto& cells, const auto& values) { classifier.take(cells, values, candidates, count); },
                job.mesh.cells, job.field);
   });
 }

@@ -11,9 +11,12 @@
 namespace kx {
 
 /// Bounds of a function over a box.
-struct Bounds {
-  double low;
-  double high;
+template <class T>
+struct BoundsOf {
+  T low;
+  T high;
+};
+struct Bounds : BoundsOf<double> {
   bool hasZero() const { return low <= 0.0 && high >= 0.0; }
 };
 
@@ -31,12 +34,23 @@ public:
 
 protected:
   static bool isFinite(const KbVec3<double>& v) { return std::isfinite(v.dot(v)); }
-  /// Room for the rounding of two ways to the same number.
-  static Bounds widened(double low, double high) {
-    const double room = 1e-12 * (std::abs(low) + std::abs(high));
-    return {low - room, high + room};
+  /// With room for the rounding of two ways to the same number.
+  static Bounds widened(const BoundsOf<double>& bounds, double magnitude) {
+    return {{bounds.low - 1e-12 * magnitude, bounds.high + 1e-12 * magnitude}};
+  }
+  template <class T>
+  static T greater(T a, T b) {
+    return a < b ? b : a;
+  }
+  template <class T>
+  static T less(T a, T b) {
+    return b < a ? b : a;
   }
 };
+
+// The functions below also offer, for loops over many boxes: `boundsOver(low, high)`, the same bounds in `float` or
+// `double` but for the rounding, and `magnitude(low, high)`, the size of the terms in them, of which little may be
+// left.
 
 /// A stretch of a line; empty when `begin` > `end`.
 struct Stretch {
@@ -53,17 +67,25 @@ public:
       , m_distance(distance) {}
   double operator()(const KbVec3<double>& p) const override { return m_distance - m_normal.dot(p); }
   Bounds boundsIn(const KbVec3<double>& low, const KbVec3<double>& high) const override {
-    double least = 0.0;
-    double greatest = 0.0;
-    double size = std::abs(m_distance); // of the terms, of which little may be left
+    return widened(boundsOver(low, high), magnitude(low, high));
+  }
+  template <class T>
+  BoundsOf<T> boundsOver(const KbVec3<T>& low, const KbVec3<T>& high) const {
+    T least(0);
+    T greatest(0);
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      const double a = m_normal[axis] * low[axis];
-      const double b = m_normal[axis] * high[axis];
-      least += std::min(a, b);
-      greatest += std::max(a, b);
-      size += std::abs(a) + std::abs(b);
+      const T a = static_cast<T>(m_normal[axis]) * low[axis];
+      const T b = static_cast<T>(m_normal[axis]) * high[axis];
+      least += less(a, b);
+      greatest += greater(a, b);
     }
-    return {m_distance - greatest - 1e-12 * size, m_distance - least + 1e-12 * size};
+    return {static_cast<T>(m_distance) - greatest, static_cast<T>(m_distance) - least};
+  }
+  double magnitude(const KbVec3<double>& low, const KbVec3<double>& high) const {
+    double size = std::abs(m_distance);
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      size += std::abs(m_normal[axis]) * (std::abs(low[axis]) + std::abs(high[axis]));
+    return size;
   }
   /// Where the line along x through (y, z) is inside, but for rounding. The values themselves never fall and then rise
   /// along such a line, rounded or not.
@@ -94,17 +116,25 @@ public:
     return m_radius * m_radius - (p - m_centre).squaredLength();
   }
   Bounds boundsIn(const KbVec3<double>& low, const KbVec3<double>& high) const override {
-    double nearest = 0.0;
-    double farthest = 0.0;
+    return widened(boundsOver(low, high), magnitude(low, high));
+  }
+  template <class T>
+  BoundsOf<T> boundsOver(const KbVec3<T>& low, const KbVec3<T>& high) const {
+    T nearest(0);
+    T farthest(0);
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      const double toLow = m_centre[axis] - low[axis];
-      const double toHigh = high[axis] - m_centre[axis];
-      const double outside = std::max({0.0, -toLow, -toHigh});
-      const double across = std::max(std::abs(toLow), std::abs(toHigh));
+      const T toLow = static_cast<T>(m_centre[axis]) - low[axis];
+      const T toHigh = high[axis] - static_cast<T>(m_centre[axis]);
+      const T outside = greater(T(0), greater(-toLow, -toHigh));
+      const T across = greater(std::abs(toLow), std::abs(toHigh));
       nearest += outside * outside;
       farthest += across * across;
     }
-    return widened(m_radius * m_radius - farthest, m_radius * m_radius - nearest);
+    const T square = static_cast<T>(m_radius * m_radius);
+    return {square - farthest, square - nearest};
+  }
+  double magnitude(const KbVec3<double>& low, const KbVec3<double>& high) const {
+    return m_radius * m_radius + m_centre.squaredLength() + low.squaredLength() + high.squaredLength();
   }
   /// As of a plane.
   Stretch insideAlongX(double y, double z) const {
@@ -134,11 +164,21 @@ public:
     return m_radius * m_radius - fromAxis(p).squaredLength();
   }
   Bounds boundsIn(const KbVec3<double>& low, const KbVec3<double>& high) const override {
-    const double reach = (high - low).length() / 2.0;
-    const double middle = fromAxis((low + high) * 0.5).length();
-    const double nearest = std::max(0.0, middle - reach);
-    const double farthest = middle + reach;
-    return widened(m_radius * m_radius - farthest * farthest, m_radius * m_radius - nearest * nearest);
+    return widened(boundsOver(low, high), magnitude(low, high));
+  }
+  template <class T>
+  BoundsOf<T> boundsOver(const KbVec3<T>& low, const KbVec3<T>& high) const {
+    const T reach = (high - low).length() / T(2);
+    const KbVec3<T> axis(m_axis);
+    const KbVec3<T> d = (low + high) * T(0.5) - KbVec3<T>(m_centre);
+    const T middle = (d - axis * d.dot(axis)).length();
+    const T nearest = greater(T(0), middle - reach);
+    const T farthest = middle + reach;
+    const T square = static_cast<T>(m_radius * m_radius);
+    return {square - farthest * farthest, square - nearest * nearest};
+  }
+  double magnitude(const KbVec3<double>& low, const KbVec3<double>& high) const {
+    return m_radius * m_radius + 4.0 * (m_centre.squaredLength() + low.squaredLength() + high.squaredLength());
   }
   std::array<double, 7> parameters() const override {
     return {m_centre[0], m_centre[1], m_centre[2], m_radius, m_axis[0], m_axis[1], m_axis[2]};

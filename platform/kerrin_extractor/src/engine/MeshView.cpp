@@ -48,10 +48,11 @@ CellCode codeOf(std::size_t shape, std::size_t numNodes) {
 CellCode VirtualCells::load(std::size_t cell, CellNodes& nodes) const {
   const KiVolumeCell* c = topology->getCell(cell);
   if (!c) return UNREADABLE;
-  const CellCode code = codeOf(c->getShape(), c->getNumNodes());
+  const KiCell& base = *c; // found once: it is a virtual base
+  const CellCode code = codeOf(c->getShape(), base.getNumNodes());
   if (code < POLYHEDRON)
     for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
-      nodes[i] = c->getNodeIndex(i);
+      nodes[i] = base.getNodeIndex(i);
   return code;
 }
 

@@ -56,7 +56,12 @@ struct UniformCells {
     return code;
   }
   CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
-  void prefetch(std::size_t cell) const { __builtin_prefetch(connectivity + cell * stride); }
+  void prefetch(std::size_t cell) const {
+    // A cell's ids may lie in two cache lines.
+    const Index* p = connectivity + cell * stride;
+    __builtin_prefetch(p);
+    __builtin_prefetch(p + stride - 1);
+  }
 };
 
 /// Cells of several shapes in plain arrays.

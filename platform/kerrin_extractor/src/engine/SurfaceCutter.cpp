@@ -41,7 +41,7 @@ constexpr const char* WRONG_FORM = "has a binding or a form of addressing that d
 } // namespace
 
 void SurfaceCutter::dropIndices() {
-  m_edgesHaveIndex = false;
+  m_edges.reset();
   m_rowsHaveIndex = false;
   m_hasNodeAverages = false;
 }
@@ -93,7 +93,7 @@ void SurfaceCutter::polygonise(KiExtractorCallback* callback, const Changes& cha
   SurfaceData& data = m_output.data();
   const bool hasCells = field && mesh.numCells > 0;
   const bool tryRows = hasCells && RowPolygoniser::suits(mesh, *field);
-  const std::size_t numPhases = !hasCells ? 0 : tryRows ? RowPolygoniser::NUM_PHASES : EdgePolygoniser::NUM_PHASES;
+  const std::size_t numPhases = !hasCells ? 0 : tryRows ? RowPolygoniser::NUM_PHASES : m_edges.numPhases(mesh, *field);
   Run run(callback, m_parallel, m_name, changes, numPhases);
   if (!hasCells) {
     data.clear();
@@ -104,8 +104,7 @@ void SurfaceCutter::polygonise(KiExtractorCallback* callback, const Changes& cha
     m_rowsHaveIndex = true;
     if (isDone) return;
   }
-  m_edges.cut(run, mesh, *field, isovalue, !m_edgesHaveIndex, data, faults);
-  m_edgesHaveIndex = true;
+  m_edges.cut(run, mesh, *field, isovalue, data, faults);
 }
 
 template <class Set, class Filter>

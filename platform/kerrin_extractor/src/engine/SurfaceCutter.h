@@ -94,7 +94,6 @@ private:
   SurfaceMesh m_output;
 
   EdgePolygoniser m_edges;
-  bool m_edgesHaveIndex = false;
   RowPolygoniser m_rows;
   bool m_rowsHaveIndex = false;
   Array<double> m_nodeAverages;

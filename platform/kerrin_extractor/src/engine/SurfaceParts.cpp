@@ -22,7 +22,7 @@ void SurfaceParts<Id>::Builder::makeRoom(std::size_t numEdges) {
   if (m_numEdges + numEdges > MAX_EDGES) closePart();
   m_maxEdges = std::min(std::bit_ceil(m_numEdges + numEdges + 1), MAX_EDGES + 1);
   m_edges.resize(m_maxEdges + 1);
-  m_slots.assign(4 * std::bit_ceil(m_maxEdges), END);
+  m_slots.assign(8 * std::bit_ceil(m_maxEdges), END);
   m_slotShift = 64 - static_cast<unsigned>(std::countr_zero(m_slots.size()));
   for (std::size_t e = 0; e < m_numEdges; ++e) {
     std::size_t slot = slotOf(m_edges[e]);
@@ -40,17 +40,13 @@ void SurfaceParts<Id>::Builder::closePart() {
   part.edges.assign(m_edges.data(), m_edges.data() + m_numEdges);
   part.indices.assign(m_indices.data(), m_indices.data() + m_numIndices);
   part.cells.assign(m_cells.data(), m_cells.data() + m_numPolygons);
-  // A counting sort by blocks.
-  part.blockBegins.assign(m_parts.m_numBlocks + 1, 0);
-  for (const Edge& edge : part.edges)
-    ++part.blockBegins[m_parts.blockOf(edge) + 1];
-  for (std::size_t block = 0; block < m_parts.m_numBlocks; ++block)
-    part.blockBegins[block + 1] = static_cast<std::uint16_t>(part.blockBegins[block + 1] + part.blockBegins[block]);
-  part.order.resize(m_numEdges);
-  std::vector<std::uint16_t> next(part.blockBegins.begin(), part.blockBegins.end() - 1);
-  for (std::size_t e = 0; e < m_numEdges; ++e)
-    part.order[next[m_parts.blockOf(part.edges[e])]++] = static_cast<std::uint16_t>(e);
-
+  part.beginId = part.edges.front().a;
+  part.endId = part.edges.front().b;
+  for (const Edge& edge : part.edges) {
+    part.beginId = std::min(part.beginId, edge.a);
+    part.endId = std::max(part.endId, edge.b);
+  }
+  ++part.endId;
   m_numEdges = m_numIndices = m_numPolygons = 0;
 }
 
@@ -73,9 +69,9 @@ template <class Id>
 auto SurfaceParts<Id>::close() -> Sizes {
   m_begins.clear();
   Sizes sum;
-  for (const Chunk& chunk : m_chunks) {
+  for (Chunk& chunk : m_chunks) {
     for (std::size_t number = 0; number < chunk.numUsed; ++number) {
-      const Part& part = chunk.parts[number];
+      Part& part = chunk.parts[number];
       m_parts.push_back(&part);
       m_begins.push_back(sum);
       sum.numEdges += part.edges.size();
@@ -86,6 +82,51 @@ auto SurfaceParts<Id>::close() -> Sizes {
   m_vertices.resize(sum.numEdges);
   m_numOwned.assign(m_parts.size(), 0);
   return sum;
+}
+
+template <class Id>
+auto SurfaceParts<Id>::ownRange(std::size_t number) const -> std::pair<Id, Id> {
+  Id begin = m_parts[number]->beginId;
+  Id end = m_parts[number]->endId;
+  for (std::size_t p = 0; p < m_parts.size() && begin < end; ++p) {
+    const Part& other = *m_parts[p];
+    if (p == number || other.endId <= begin || other.beginId >= end) continue;
+    // What is left of the range on the other's greater side.
+    const Id below = other.beginId > begin ? other.beginId - begin : 0;
+    const Id above = end > other.endId ? end - other.endId : 0;
+    if (below > above)
+      end = other.beginId;
+    else
+      begin = above > 0 ? other.endId : end;
+  }
+  return {begin, end};
+}
+
+template <class Id>
+void SurfaceParts<Id>::share(std::size_t number) {
+  Part& part = *m_parts[number];
+  const auto [begin, end] = ownRange(number);
+  const Id size = end - begin;
+  const auto isOwn = [begin = begin, size](const Edge& edge) {
+    return (static_cast<Id>(edge.a - begin) < size) | (static_cast<Id>(edge.b - begin) < size);
+  };
+  // A counting sort by blocks.
+  std::vector<std::uint16_t> shared;
+  part.blockBegins.assign(m_numBlocks + 1, 0);
+  const std::size_t first = m_begins[number].numEdges;
+  for (std::size_t e = 0; e < part.edges.size(); ++e) {
+    m_vertices[first + e] = static_cast<std::uint32_t>(first + e);
+    if (isOwn(part.edges[e])) continue;
+    shared.push_back(static_cast<std::uint16_t>(e));
+    ++part.blockBegins[blockOf(part.edges[e]) + 1];
+  }
+  m_numOwned[number] = static_cast<std::uint32_t>(part.edges.size() - shared.size());
+  for (std::size_t block = 0; block < m_numBlocks; ++block)
+    part.blockBegins[block + 1] = static_cast<std::uint16_t>(part.blockBegins[block + 1] + part.blockBegins[block]);
+  part.order.resize(shared.size());
+  std::vector<std::uint16_t> next(part.blockBegins.begin(), part.blockBegins.end() - 1);
+  for (const std::uint16_t e : shared)
+    part.order[next[blockOf(part.edges[e])]++] = e;
 }
 
 template <class Id>

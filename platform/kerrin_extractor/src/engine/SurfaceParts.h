@@ -15,9 +15,10 @@ using NodeEdge = std::pair<std::size_t, std::size_t>;
 /// A surface while it comes into being: in parts that are made side by side, each from some cells in a row.
 ///
 /// Each part numbers its cut edges for itself, in the order in which it meets them, with a hash table that stays in the
-/// cache; its polygons take two bytes a corner. Then the edges that several parts have are found, block by block of
-/// nodes, and belong to the first of these parts. Vertices are numbered part by part: their order does not depend on
-/// the threads, and neighbours in the surface are neighbours in memory.
+/// cache; its polygons take two bytes a corner. Cells in a row tend to have nodes in a row, so each part then sets
+/// apart the edges that no other part can have, because it alone has nodes in some range. Of the others, those that
+/// several parts have are found, block by block of nodes, and belong to the first of these parts. Vertices are numbered
+/// part by part: their order does not depend on the threads, and neighbours in the surface are neighbours in memory.
 ///
 /// `Id` holds any node id.
 template <class Id>
@@ -36,7 +37,9 @@ public:
     std::vector<Edge> edges;
     std::vector<std::uint16_t> indices; ///< the polygons by their edges, `END` behind each
     std::vector<std::uint16_t> cells;   ///< input cell of each polygon, counted from `firstCell`
-    /// The edges sorted by blocks of nodes, and where each block begins.
+    Id beginId;                         ///< nodes of the edges lie in [beginId, endId)
+    Id endId;
+    /// The edges that other parts may have, sorted by blocks of nodes, and where each block begins.
     std::vector<std::uint16_t> order;
     std::vector<std::uint16_t> blockBegins;
   };
@@ -101,7 +104,9 @@ public:
   /// What the parts in front of one have in all.
   const Sizes& begin(std::size_t number) const { return m_begins[number]; }
 
-  /// Finds the parts to which the edges of a block belong.
+  /// Sets the edges apart that no other part has.
+  void share(std::size_t number);
+  /// Finds the parts to which the edges of a block belong, once all parts are shared.
   std::size_t numBlocks() const { return m_numBlocks; }
   void merge(std::size_t block);
   /// The first vertex of each part and, behind them, the number of all, once all blocks are merged.
@@ -117,6 +122,8 @@ private:
   static std::uint64_t hash(const Edge& edge) {
     return edge.a * 0x9e3779b97f4a7c15u + edge.b * 0xc2b2ae3d27d4eb4fu; // odd numbers without a pattern
   }
+  /// A range of nodes that only this part has; empty when there is none.
+  std::pair<Id, Id> ownRange(std::size_t number) const;
   std::size_t blockOf(const Edge& edge) const { return (edge.a - m_beginId) >> m_blockShift; }
 
   /// The parts of a chunk, whose memory is kept for the next time.
@@ -127,7 +134,7 @@ private:
   };
 
   std::vector<Chunk> m_chunks;
-  std::vector<const Part*> m_parts;
+  std::vector<Part*> m_parts;
   std::vector<Sizes> m_begins;
   std::size_t m_beginId = 0;
   unsigned m_blockShift = 0;
