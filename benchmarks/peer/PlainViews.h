@@ -18,7 +18,8 @@ inline const KbVec3<float>* coordinatesOf(const KiGeometry& geometry) {
   return static_cast<const KbVec3<float>*>(array.data);
 }
 
-/// An unstructured mesh of any dimension, by its mesh, topology and cell interfaces.
+/// An unstructured mesh of cells of one shape, by its mesh, topology and cell interfaces. Each thread looks at its cells
+/// through one object, which `getCell` sets to the cell.
 template <class MeshInterface, class TopologyInterface, class Cell>
 class PlainUnstructuredMesh final : public MeshInterface {
 public:
@@ -29,14 +30,39 @@ public:
   const KiGeometryI& getGeometry() const override { return m_geometry; }
 
 private:
+  static KiRawArray connectivityOf(const TopologyInterface& source) {
+    return dynamic_cast<const KiRawArrays&>(source).getRawArray(KiRawArrays::CONNECTIVITY);
+  }
+  struct CellView final : Cell {
+    std::size_t getNumNodes() const override { return numNodes; }
+    std::size_t getNodeIndex(std::size_t i) const override { return static_cast<std::size_t>(nodes[i]); }
+    typename Cell::Shape getShape() const override { return shape; }
+    const std::int64_t* nodes;
+    std::size_t numNodes;
+    typename Cell::Shape shape;
+  };
   struct Topology final : TopologyInterface {
     explicit Topology(const TopologyInterface& s)
-        : source(s) {}
+        : source(s)
+        , nodes(static_cast<const std::int64_t*>(connectivityOf(s).data))
+        , numCells(s.getNumCells())
+        , numNodes(connectivityOf(s).size / numCells)
+        , shape(s.getCell(0)->getShape()) {}
     std::size_t getTimeStamp() const override { return source.getTimeStamp(); }
-    std::size_t getNumCells() const override { return source.getNumCells(); }
-    const Cell* getCell(std::size_t cell) const override { return source.getCell(cell); }
+    std::size_t getNumCells() const override { return numCells; }
+    const Cell* getCell(std::size_t cell) const override {
+      thread_local CellView view;
+      view.nodes = nodes + cell * numNodes;
+      view.numNodes = numNodes;
+      view.shape = shape;
+      return &view;
+    }
     std::size_t getEndNodeId() const override { return source.getEndNodeId(); }
     const TopologyInterface& source;
+    const std::int64_t* nodes;
+    std::size_t numCells;
+    std::size_t numNodes;
+    typename Cell::Shape shape;
   };
   struct Geometry final : KiGeometryI {
     explicit Geometry(const KiGeometryI& s)
