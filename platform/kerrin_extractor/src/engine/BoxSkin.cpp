@@ -139,7 +139,7 @@ bool BoxSkin::write(Run& run, const MeshView& mesh, const IndexBox& box, Surface
   output.weights.resize(0);
   std::atomic<bool> areFinite{true};
   run.phase("write nodes", (numNodeRows + ROWS - 1) / ROWS, [&](std::size_t step) {
-    double notFinite = 0.0;
+    float notFinite = 0.0f; // found in the output: numbers that are too great for it count as well
     const auto idOf = [&](std::size_t i, std::size_t r) {
       return mesh.nodeDims.flat(box.begin.i + i, box.begin.j + r % nodes.j, box.begin.k + r / nodes.j);
     };
@@ -156,13 +156,14 @@ bool BoxSkin::write(Run& run, const MeshView& mesh, const IndexBox& box, Surface
       for (std::size_t i = 0; i < nodes.i; i += row.isWhole ? 1 : box.counts.i, ++vertex) {
         const KbVec3<double> p = mesh.points.at(box.begin.i + i, j, k);
         for (std::size_t axis = 0; axis < 3; ++axis) {
-          output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
-          notFinite += p[axis] - p[axis];
+          float& out = output.vertices[3 * vertex + axis];
+          out = static_cast<float>(p[axis]);
+          notFinite += out - out;
         }
         output.edgeBegins.set(vertex, first + i);
       }
     }
-    if (!(notFinite == 0.0)) areFinite.store(false, std::memory_order_relaxed);
+    if (notFinite != 0.0f) areFinite.store(false, std::memory_order_relaxed);
   });
   return areFinite.load(std::memory_order_relaxed);
 }

@@ -1,10 +1,19 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "MeshView.h"
 
+#include "FinitePosition.h"
+
 #include <algorithm>
+#include <cstdio>
 
 namespace kx {
 namespace {
+
+std::string textOf(const KbVec3<double>& p) {
+  std::array<char, 64> text;
+  std::snprintf(text.data(), text.size(), "(%g, %g, %g)", p[0], p[1], p[2]);
+  return text.data();
+}
 
 /// The array-backed view of explicit cells; false when the arrays don't fit together (the virtual operations then
 /// decide). `topology` is null for hexahedra that are addressed by (i, j, k).
@@ -124,8 +133,16 @@ MeshView::MeshView(const KiVolumeMeshVertexHexahedronIjk& mesh) {
 MeshView::MeshView(const KiVolumeMeshRegular& mesh) {
   readGridWithNodes(mesh.getTopology());
   points.kind = PointView::Kind::AXES;
-  if (numCells > 0) points.setAxes(mesh.getGeometry().getMin(), mesh.getGeometry().getMax());
   readStamps(mesh);
+  if (numCells == 0) return;
+  const KbVec3<double> low = mesh.getGeometry().getMin();
+  const KbVec3<double> high = mesh.getGeometry().getMax();
+  if (isFinite(low) && isFinite(high)) {
+    points.setAxes(low, high);
+    return;
+  }
+  fault = "the mesh's corners " + textOf(low) + " and " + textOf(high) + " are not finite";
+  numCells = 0;
 }
 
 MeshView::MeshView(const KiVolumeMeshRectilinear& mesh) {

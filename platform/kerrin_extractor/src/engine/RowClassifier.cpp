@@ -43,7 +43,8 @@ public:
       for (std::size_t axis = 0; axis < 3; ++axis) {
         m_low[axis] = std::min(m_low[axis], p[axis]);
         m_high[axis] = std::max(m_high[axis], p[axis]);
-        m_notFinite += p[axis] - p[axis];
+        const auto coordinate = static_cast<float>(p[axis]);
+        m_notFinite += coordinate - coordinate;
       }
     }
   }
@@ -60,7 +61,7 @@ public:
       if (static_cast<double>(corner[axis]) < m_high[axis]) corner[axis] = std::nextafter(corner[axis], ENDLESS);
     return corner;
   }
-  bool isFinite() const { return m_notFinite == 0.0; }
+  bool isFinite() const { return m_notFinite == 0.0f; }
 
 private:
   static constexpr float ENDLESS = std::numeric_limits<float>::infinity();
@@ -91,13 +92,13 @@ private:
       m_low[lane % 3] = std::min(m_low[lane % 3], static_cast<double>(lows[lane]));
       m_high[lane % 3] = std::max(m_high[lane % 3], static_cast<double>(highs[lane]));
     }
-    if (_mm_movemask_ps(_mm_cmpneq_ps(notFinite, _mm_setzero_ps())) != 0) m_notFinite = 1.0;
+    if (_mm_movemask_ps(_mm_cmpneq_ps(notFinite, _mm_setzero_ps())) != 0) m_notFinite = 1.0f;
   }
 #endif
 
   KbVec3<double> m_low = KbVec3<double>(std::numeric_limits<double>::infinity());
   KbVec3<double> m_high = KbVec3<double>(-std::numeric_limits<double>::infinity());
-  double m_notFinite = 0.0;
+  float m_notFinite = 0.0f; ///< not 0 once a coordinate is none that a `float` can hold
 };
 
 } // namespace

@@ -35,10 +35,12 @@ public:
     return {std::min(begin, end), end};
   }
 
+  static bool isFinite(const std::vector<double>& nodes) {
+    return std::all_of(nodes.begin(), nodes.end(), [](double x) { return kx::isFinite({x, 0.0, 0.0}); });
+  }
   /// Whether coordinates are finite and rise or fall all the way (or stay).
   static bool isMonotone(const std::vector<double>& nodes) {
-    const auto isFinite = [](double x) { return kx::isFinite({x, 0.0, 0.0}); };
-    return std::all_of(nodes.begin(), nodes.end(), isFinite) &&
+    return isFinite(nodes) &&
            (std::is_sorted(nodes.begin(), nodes.end()) || std::is_sorted(nodes.rbegin(), nodes.rend()));
   }
 

@@ -96,9 +96,10 @@ bool RowPolygoniser::cut(Run& run, const MeshView& mesh, const ScalarField& fiel
   const int sign = handedness(mesh);
   Job job{run, mesh, isovalue, output, sign < 0, buildsIndex};
   if (buildsIndex) {
-    const bool isOnAxes = mesh.points.kind == PointView::Kind::AXES && std::holds_alternative<FunctionValues>(field);
+    const bool isOnAxes = mesh.points.kind == PointView::Kind::AXES;
+    const auto suits = std::holds_alternative<FunctionValues>(field) ? RowAxis::isMonotone : RowAxis::isFinite;
     const auto& axes = mesh.points.axes;
-    m_suitsNot = sign == 0 || (isOnAxes && !std::all_of(axes.begin(), axes.end(), RowAxis::isMonotone));
+    m_suitsNot = sign == 0 || (isOnAxes && !std::all_of(axes.begin(), axes.end(), suits));
   }
   if (m_suitsNot) return false;
   classify(job, field);
@@ -348,7 +349,7 @@ void RowPolygoniser::writeVertices(Job& job, const Values& values, const Points&
   const auto& from = values.row(j, k);
   const auto& to = values.row(j + (AXIS == 1), k + (AXIS == 2));
   std::size_t vertex = vertexBegin(row, AXIS);
-  double notFinite = 0.0;
+  float notFinite = 0.0f; // found in the output: numbers that are too great for it count as well
   for (std::size_t g = quad.begin; g < quad.end; ++g) {
     std::uint32_t edges = 0;
     const std::uint64_t own = RowBits::window(quad.rows[0], g);
@@ -365,24 +366,24 @@ void RowPolygoniser::writeVertices(Job& job, const Values& values, const Points&
       const double a = from(i, p);
       const double weight = (job.isovalue - a) / (to(i + (AXIS == 0), q) - a);
       const KbVec3<double> v = p + (q - p) * weight;
-      notFinite += (v[0] - v[0]) + (v[1] - v[1]) + (v[2] - v[2]);
       float* out = output.vertices.data() + 3 * vertex;
-      out[0] = static_cast<float>(v[0]);
-      out[1] = static_cast<float>(v[1]);
-      out[2] = static_cast<float>(v[2]);
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        out[axis] = static_cast<float>(v[axis]);
+        notFinite += out[axis] - out[axis];
+      }
       output.weights[vertex] = static_cast<float>(weight);
       output.edgeBegins.set(vertex, firstNode + i);
       output.edgeEnds.set(vertex, firstNode + i + stride);
       ++vertex;
     }
   }
-  if (notFinite != 0.0) job.isRefused.store(true, std::memory_order_relaxed);
+  if (notFinite != 0.0f) job.isRefused.store(true, std::memory_order_relaxed);
 }
 
 template <class Points>
 void RowPolygoniser::writeNodes(Job& job, const Points& points, const RowPlace& place) {
   SurfaceData& output = job.output;
-  double notFinite = 0.0;
+  float notFinite = 0.0f;
   for (std::size_t g = 0; g < m_numWords; ++g) {
     const NodeGroup& group = m_nodes[place.row * m_numWords + g];
     std::size_t vertex = group.number;
@@ -390,8 +391,9 @@ void RowPolygoniser::writeNodes(Job& job, const Points& points, const RowPlace& 
       const std::size_t i = g * GROUP + static_cast<std::size_t>(std::countr_zero(bits));
       const KbVec3<double> p = points.at(i, place.j, place.k);
       for (std::size_t axis = 0; axis < 3; ++axis) {
-        notFinite += p[axis] - p[axis];
-        output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+        float& out = output.vertices[3 * vertex + axis];
+        out = static_cast<float>(p[axis]);
+        notFinite += out - out;
       }
       const std::size_t node = job.nodes().flat(i, place.j, place.k);
       output.weights[vertex] = 0.0f;
@@ -399,7 +401,7 @@ void RowPolygoniser::writeNodes(Job& job, const Points& points, const RowPlace& 
       output.edgeEnds.set(vertex, node);
     }
   }
-  if (notFinite != 0.0) job.isRefused.store(true, std::memory_order_relaxed);
+  if (notFinite != 0.0f) job.isRefused.store(true, std::memory_order_relaxed);
 }
 
 RowPolygoniser::Slots RowPolygoniser::slotsOf(const Job& job, std::size_t row) const {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "VolumeLocator.h"
 
+#include "FinitePosition.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -13,8 +15,6 @@ using Vec3 = KbVec3<double>;
 constexpr std::size_t NODES_PER_STEP = 65536;
 constexpr double BOX_MARGIN = 1e-8;    ///< of the diagonal: covers `INSIDE_TOLERANCE`
 constexpr double CURVED_MARGIN = 0.25; ///< a quarter of the diagonal covers every convex bulge of a quadratic cell
-
-bool isFinite(const Vec3& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
 
 // The number of nodes of a cell, which tells quadratic cells from linear ones.
 template <class Index>
@@ -65,16 +65,16 @@ Box cornerBox(const MeshView& mesh, std::size_t cell, const CellNodes& corners, 
       notFinite += x - x;
     }
   }
-  if (!(notFinite == 0)) {
-    faults.add(Faults::COORDINATE_NOT_FINITE, cell);
-    return {};
-  }
   Box box;
   double margin = 0.0;
   for (std::size_t axis = 0; axis < 3; ++axis) {
     box.low[axis] = static_cast<double>(low[axis]);
     box.high[axis] = static_cast<double>(high[axis]);
     margin += BOX_MARGIN * (box.high[axis] - box.low[axis]);
+  }
+  if (!(notFinite == 0) || !isFinite(box.low) || !isFinite(box.high)) {
+    faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+    return {};
   }
   box.grow(margin);
   return box;
@@ -147,7 +147,7 @@ bool VolumeLocator::checkAxes(Faults& faults) const {
     const std::vector<double>& axis = m_mesh->points.axes[a];
     const double sign = axis.back() >= axis.front() ? 1.0 : -1.0;
     for (std::size_t i = 0; i + 1 < axis.size(); ++i)
-      if (!(sign * (axis[i + 1] - axis[i]) >= 0.0) || !std::isfinite(axis[i + 1] - axis[i])) {
+      if (!(sign * (axis[i + 1] - axis[i]) >= 0.0) || !isFinite({axis[i], axis[i + 1], 0.0})) {
         faults.post(std::string("the positions along ") + NAMES[a] + " do not ascend at index " +
                     std::to_string(i + 1) + "; no cell is found");
         return false;
@@ -158,7 +158,7 @@ bool VolumeLocator::checkAxes(Faults& faults) const {
 
 Box VolumeLocator::findBounds(Run& run) const {
   const std::size_t begin = m_mesh->beginNode;
-  const std::size_t numNodes = m_mesh->numCells > 0 ? m_mesh->endNode - begin : 0;
+  const std::size_t numNodes = m_mesh->numCells > 0 ? std::max(m_mesh->endNode, begin) - begin : 0;
   std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
   run.phase("find bounds", parts.size(), [&](std::size_t step) {
     const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);

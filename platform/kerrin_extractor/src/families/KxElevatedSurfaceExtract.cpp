@@ -99,8 +99,11 @@ const KeXSurfaceMeshUnstructured& KxElevatedSurfaceExtractUnstructured::extract(
             const double length = normals[v].length();
             const double step = factor * steps[v];
             if (!(length > 0.0) || !std::isfinite(step)) continue;
+            float* position = data.vertices.data() + 3 * v;
+            const Vec3 raised = Vec3(position[0], position[1], position[2]) + normals[v] / length * step;
+            if (!kx::isFinite(raised)) continue;
             for (std::size_t axis = 0; axis < 3; ++axis)
-              data.vertices[3 * v + axis] += static_cast<float>(normals[v][axis] / length * step);
+              position[axis] = static_cast<float>(raised[axis]);
           }
         });
       });
