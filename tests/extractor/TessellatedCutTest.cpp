@@ -361,14 +361,36 @@ TEST(TessellatedCutState, CellsWithBadNodesOrValuesYieldNothing) {
     EXPECT_EQ(out.getTopology().getInputCellIndexI(p), 1u);
 }
 
-TEST(TessellatedCutState, PolyhedraStayWhatTheyAre) {
-  // A quadratic hexahedron, and a cube beside it as a polyhedron.
+/// A quadratic hexahedron, and a cube beside it as a polyhedron.
+quadratic::Mesh hexahedronAndPolyhedron() {
   quadratic::Mesh q = quadratic::volume(KbMeshMaker::hexahedra({2, 1, 1}), quadratic::identity,
                                         [](std::size_t cell) { return cell == 0; });
   q.shapes[1] = KiVolumeCell::POLYHEDRON;
+  return q;
+}
+arrays::CellArrays<std::int32_t> withFacets(const quadratic::Mesh& q) {
   arrays::CellArrays<std::int32_t> cells = arraysOf(q);
   cells.facets = {{}, {{0, 3, 2, 1}, {4, 5, 6, 7}, {0, 1, 5, 4}, {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}}};
-  const PlainMesh<arrays::Access::RAW> mesh(q.coordinates, cells);
+  return cells;
+}
+
+TEST(TessellatedCutState, APolyhedronAloneIsCut) {
+  const quadratic::Mesh q = hexahedronAndPolyhedron();
+  const PlainMesh<arrays::Access::RAW> mesh(q.coordinates, withFacets(q));
+  std::vector<double> values = q.values([](const Vec3& p) { return p[2]; });
+  values[static_cast<std::size_t>(q.connectivity[11])] = std::nan(""); // the hexahedron yields nothing
+  const KbScalarSetI set("z", DataBinding::PER_NODE, values);
+  const auto tessellator = makeTessellator();
+  const std::unique_ptr<KiIsosurfExtractUnstructured> cut(
+      KiIsosurfExtractUnstructured::getNewInstance(mesh, false, tessellator.get()));
+  const Surface s(cut->extract(0.1, set, nullptr));
+  EXPECT_NEAR(s.area(), 2.0, 1e-6);
+  EXPECT_EQ(cut->getExtract().getTopology().getInputCellIndexI(0), 1u);
+}
+
+TEST(TessellatedCutState, PolyhedraStayWhatTheyAre) {
+  const quadratic::Mesh q = hexahedronAndPolyhedron();
+  const PlainMesh<arrays::Access::RAW> mesh(q.coordinates, withFacets(q));
   const std::vector<double> values = q.values([](const Vec3& p) { return p[0] + p[1]; });
   const KbScalarSetI set("x+y", DataBinding::PER_NODE, values);
   const auto tessellator = makeTessellator();

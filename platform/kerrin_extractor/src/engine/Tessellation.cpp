@@ -81,7 +81,7 @@ public:
     const KiVolumeCell* getCell(std::size_t cell) const override {
       if (cell >= numCells) return nullptr;
       const std::size_t begin = beginOf(cell);
-      if (hasPolyhedra() && shapes[cell] == KiVolumeCell::POLYHEDRON) return source->getCell((*sources)[cell]);
+      if (hasPolyhedra && shapes[cell] == KiVolumeCell::POLYHEDRON) return source->getCell((*sources)[cell]);
       thread_local Tetrahedron view;
       view.show({node(begin), node(begin + 1), node(begin + 2), node(begin + 3)});
       return &view;
@@ -92,7 +92,7 @@ public:
         return isWide ? KiRawArray{wide.data(), wide.size(), KiRawArray::INT64}
                       : KiRawArray{narrow.data(), narrow.size(), KiRawArray::INT32};
       case OFFSETS:
-        if (!hasPolyhedra()) return {};
+        if (!hasPolyhedra) return {};
         return isWide ? KiRawArray{wideOffsets.data(), wideOffsets.size(), KiRawArray::INT64}
                       : KiRawArray{narrowOffsets.data(), narrowOffsets.size(), KiRawArray::INT32};
       case SHAPES:
@@ -102,12 +102,11 @@ public:
       }
     }
 
-    bool hasPolyhedra() const { return shapes.size() != 1; }
     std::size_t node(std::size_t i) const {
       return isWide ? static_cast<std::size_t>(wide[i]) : static_cast<std::size_t>(narrow[i]);
     }
     std::size_t beginOf(std::size_t cell) const {
-      if (!hasPolyhedra()) return 4 * cell;
+      if (!hasPolyhedra) return 4 * cell;
       return isWide ? static_cast<std::size_t>(wideOffsets[cell]) : static_cast<std::size_t>(narrowOffsets[cell]);
     }
 
@@ -115,6 +114,7 @@ public:
     std::size_t numCells = 0;
     std::size_t beginNode = 0;
     std::size_t endNode = 0;
+    bool hasPolyhedra = false;
     bool isWide = false;
     Array<std::int32_t> narrow;
     Array<std::int64_t> wide;
@@ -173,7 +173,7 @@ std::vector<std::size_t> Tessellation::nameSources(SurfaceData& output) const {
   for (std::size_t polygon = 0; polygon < output.numCells(); ++polygon, ++index) {
     const std::size_t part = output.inputCells[polygon];
     const std::size_t source = m_sources[part];
-    const bool hasForm = !topology.hasPolyhedra() || topology.shapes[part] != KiVolumeCell::POLYHEDRON;
+    const bool hasForm = !topology.hasPolyhedra || topology.shapes[part] != KiVolumeCell::POLYHEDRON;
     output.inputCells.set(polygon, source);
     for (; output.indices[index] >= 0; ++index)
       if (std::size_t& cell = cells[static_cast<std::size_t>(output.indices[index])]; hasForm && cell == NO_CELL)
@@ -331,6 +331,7 @@ void Tessellation::write(Run& run, const MeshView& mesh, const std::vector<Part>
       mesh.cells);
   topology.sources = &m_sources;
   topology.numCells = begins.back().cell;
+  topology.hasPolyhedra = hasWhole;
   topology.beginNode = mesh.beginNode;
   topology.endNode = m_blends.endId();
   const std::size_t numNodes = begins.back().node;
