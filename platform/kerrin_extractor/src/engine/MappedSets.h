@@ -12,11 +12,13 @@
 namespace kx {
 
 /// The sets mapped onto one output mesh. A set is mapped once for each pair of time stamps: its own and the output's.
+/// It is known by the address of the form in which it is given (`Set` is `KiDataSetI<T>`, `KiDataSetIj<T>` or
+/// `KiDataSetIjk<T>`), for an object may have several forms, of which not all suit a mesh.
 class MappedSets {
 public:
   /// A result that still holds; null when the set has to be mapped.
-  template <class T>
-  const KeXDataSetI<T>* find(const KiDataSet& set, std::size_t outputStamp) const {
+  template <class T, class Set>
+  const KeXDataSetI<T>* find(const Set& set, std::size_t outputStamp) const {
     const auto found = maps<T>().find(&set);
     if (found == maps<T>().end()) return nullptr;
     const Entry<T>& entry = *found->second;
@@ -24,8 +26,8 @@ public:
   }
 
   /// Fills a result by `valueAt(i)` for i in [0, `count`), in one phase of `run`.
-  template <class T, class ValueAt>
-  const KeXDataSetI<T>* fill(Run& run, const KiDataSet& set, std::size_t outputStamp, std::size_t count,
+  template <class T, class Set, class ValueAt>
+  const KeXDataSetI<T>* fill(Run& run, const Set& set, std::size_t outputStamp, std::size_t count,
                              const ValueAt& valueAt) {
     constexpr std::size_t STEP = 16384;
     std::unique_ptr<Entry<T>>& entry = maps<T>()[&set];
@@ -59,7 +61,7 @@ private:
     std::size_t outputStamp = 0;
   };
   template <class T>
-  using Map = std::map<const KiDataSet*, std::unique_ptr<Entry<T>>>;
+  using Map = std::map<const void*, std::unique_ptr<Entry<T>>>;
 
   template <class T>
   Map<T>& maps() {

@@ -113,7 +113,7 @@ const KeXSurfaceMeshUnstructured& SurfaceCutter::cutBySet(KiExtractorCallback* c
   const auto [topologyStamp, geometryStamp] = m_stamps();
   const Inputs inputs{topologyStamp,
                       geometryStamp,
-                      static_cast<const KiDataSet*>(&set),
+                      &set, // an object may have several forms, of which one suits the mesh
                       set.getTimeStamp(),
                       static_cast<const KiCellFilter*>(filter),
                       filter ? filter->getTimeStamp() : 0};
@@ -170,7 +170,7 @@ const KeXDataSetI<T>* SurfaceCutter::mapSet(KiExtractorCallback* callback, const
     else
       return m_vectorSets;
   };
-  const void* key = static_cast<const KiDataSet*>(&set);
+  const void* key = &set; // each form of an object has an address of its own
   const std::size_t outputStamp = m_output.outputStamp();
   if (const auto known = sets().find(key); known != sets().end() && known->second->outputStamp == outputStamp &&
                                            known->second->inputStamp == set.getTimeStamp()) {

@@ -80,7 +80,7 @@ private:
 
   /// All that the lines depend on, besides the mesh.
   struct Inputs {
-    const KiDataSet* set = nullptr;
+    const void* set = nullptr; ///< in its form: an object may have several, of which one suits the mesh
     std::size_t setStamp = 0;
     const KiCellFilter* filter = nullptr;
     std::size_t filterStamp = 0;
@@ -95,7 +95,7 @@ private:
     std::size_t outputStamp = 0;
   };
   template <class T>
-  using Cache = std::map<const KiDataSet*, Mapped<T>>;
+  using Cache = std::map<const void*, Mapped<T>>; ///< by the address of a set's form
 
   /// Empty lines, one for each start point.
   void prepare(std::size_t numLines);
