@@ -22,10 +22,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -95,80 +97,72 @@ private:
   }
 };
 
+/// From 0 to 1.
+inline std::vector<float> equalSteps(std::size_t count) {
+  std::vector<float> x;
+  for (std::size_t i = 0; i <= count; ++i)
+    x.push_back(static_cast<float>(static_cast<double>(i) / static_cast<double>(std::max<std::size_t>(count, 1))));
+  return x;
+}
+
+/// The number of each of `count` cells, as values.
+inline std::vector<float> numbersOf(std::size_t count) {
+  std::vector<float> numbers(count);
+  std::iota(numbers.begin(), numbers.end(), 0.0f);
+  return numbers;
+}
+
 /// The lattice arrays, warped where the kind can show it.
 struct Lattice {
   Lattice(const Counts& n, double warp, const std::vector<std::uint8_t>& deadCells)
       : counts(n)
       , dead(deadCells)
       , arrays(KbMeshMaker::hexahedra(n, warp, [](const Vec3& p) { return linear(p); }))
-      , flat(n[0] * n[1] * n[2]) {
-    for (std::size_t c = 0; c < flat.size(); ++c)
-      flat[c] = static_cast<float>(c);
-  }
+      , flat(numbersOf(n[0] * n[1] * n[2])) {}
   Counts counts;
   std::vector<std::uint8_t> dead;
   KbMeshMaker::Arrays arrays;
   std::vector<float> flat; ///< the number of each cell
   Counts nodes() const { return {counts[0] + 1, counts[1] + 1, counts[2] + 1}; }
-  std::vector<float> axis(std::size_t a) const {
-    std::vector<float> x;
-    for (std::size_t i = 0; i <= counts[a]; ++i)
-      x.push_back(
-          static_cast<float>(static_cast<double>(i) / static_cast<double>(std::max<std::size_t>(counts[a], 1))));
-    return x;
-  }
+  std::vector<float> axis(std::size_t a) const { return equalSteps(counts[a]); }
 };
 
-struct FormI {
-  static constexpr bool isStructured = false;
-  using Filter = KiCellFilterI;
-  using Set = KbScalarSetI;
-  static KbScalarSetI set(const char* name, DataBinding b, const std::vector<float>& v, const Counts&) {
-    return {name, b, v};
+/// A form of addressing by so many indices: its sets and filters over a lattice.
+template <std::size_t NUM_INDICES, class FilterType, class ScalarSet, class VectorSet, class ListFilter>
+struct Form {
+  static constexpr bool isStructured = NUM_INDICES > 1;
+  using Filter = FilterType;
+  using Set = ScalarSet;
+  static ScalarSet set(const char* name, DataBinding b, const std::vector<float>& v, const Counts& n) {
+    return make<ScalarSet>(name, b, v, n);
   }
-  static KbVec3SetI vectors(DataBinding b, const std::vector<float>& v, const Counts&) { return {"vectors", b, v}; }
-  static KbCellListFilterI filter(const std::vector<std::size_t>& cells, const Counts&) {
-    std::vector<KbIndex<1>> list;
+  static VectorSet vectors(DataBinding b, const std::vector<float>& v, const Counts& n) {
+    return make<VectorSet>("vectors", b, v, n);
+  }
+  static ListFilter filter(const std::vector<std::size_t>& cells, const Counts& n) {
+    std::vector<KbIndex<NUM_INDICES>> list;
     for (const std::size_t c : cells)
-      list.push_back({c});
-    return KbCellListFilterI(list);
+      list.push_back(isStructured ? first({c % n[0], c / n[0] % n[1], c / n[0] / n[1]}) : first({c, 0, 0}));
+    return ListFilter(list);
   }
-};
-struct FormIjk {
-  static constexpr bool isStructured = true;
-  using Filter = KiCellFilterIjk;
-  using Set = KbScalarSetIjk;
-  static KbScalarSetIjk set(const char* name, DataBinding b, const std::vector<float>& v, const Counts& n) {
-    return {name, b, v, n};
-  }
-  static KbVec3SetIjk vectors(DataBinding b, const std::vector<float>& v, const Counts& n) {
-    return {"vectors", b, v, n};
-  }
-  static KbCellListFilterIjk filter(const std::vector<std::size_t>& cells, const Counts& n) {
-    std::vector<KbIndex<3>> list;
-    for (const std::size_t c : cells)
-      list.push_back({c % n[0], c / n[0] % n[1], c / n[0] / n[1]});
-    return KbCellListFilterIjk(list);
-  }
-};
 
-struct FormIj {
-  static constexpr bool isStructured = true;
-  using Filter = KiCellFilterIj;
-  using Set = KbScalarSetIj;
-  static KbScalarSetIj set(const char* name, DataBinding b, const std::vector<float>& v, const Counts& n) {
-    return {name, b, v, {n[0], n[1]}};
+private:
+  static KbIndex<NUM_INDICES> first(const Counts& index) {
+    KbIndex<NUM_INDICES> indices{};
+    std::copy_n(index.begin(), NUM_INDICES, indices.begin());
+    return indices;
   }
-  static KbVec3SetIj vectors(DataBinding b, const std::vector<float>& v, const Counts& n) {
-    return {"vectors", b, v, {n[0], n[1]}};
-  }
-  static KbCellListFilterIj filter(const std::vector<std::size_t>& cells, const Counts& n) {
-    std::vector<KbIndex<2>> list;
-    for (const std::size_t c : cells)
-      list.push_back({c % n[0], c / n[0]});
-    return KbCellListFilterIj(list);
+  template <class SetType>
+  static SetType make(const char* name, DataBinding b, const std::vector<float>& v, const Counts& n) {
+    if constexpr (isStructured)
+      return SetType(name, b, v, first(n));
+    else
+      return SetType(name, b, v);
   }
 };
+using FormI = Form<1, KiCellFilterI, KbScalarSetI, KbVec3SetI, KbCellListFilterI>;
+using FormIj = Form<2, KiCellFilterIj, KbScalarSetIj, KbVec3SetIj, KbCellListFilterIj>;
+using FormIjk = Form<3, KiCellFilterIjk, KbScalarSetIjk, KbVec3SetIjk, KbCellListFilterIjk>;
 
 /// Each kind: the mesh, and the forms of its sets.
 struct Unstructured : Lattice {
@@ -252,9 +246,7 @@ struct SurfaceLattice {
       : counts{n[0], n[1] * n[2], 1}
       , dead(deadCells)
       , arrays(KbMeshMaker::quadrangles({counts[0], counts[1]}, linear))
-      , flat(counts[0] * counts[1]) {
-    for (std::size_t c = 0; c < flat.size(); ++c)
-      flat[c] = static_cast<float>(c);
+      , flat(numbersOf(counts[0] * counts[1])) {
     for (std::size_t v = 0; isFlat && v < arrays.values.size(); ++v) {
       float* p = arrays.coordinates.data() + 3 * v;
       p[2] = 0.0f;
@@ -267,12 +259,7 @@ struct SurfaceLattice {
   std::vector<float> flat; ///< the number of each cell
   Counts nodes() const { return {counts[0] + 1, counts[1] + 1, 1}; }
   KbIndex<2> cells() const { return {counts[0], counts[1]}; }
-  std::vector<float> axis(std::size_t a) const {
-    std::vector<float> x;
-    for (std::size_t i = 0; i <= counts[a]; ++i)
-      x.push_back(static_cast<float>(static_cast<double>(i) / static_cast<double>(counts[a])));
-    return x;
-  }
+  std::vector<float> axis(std::size_t a) const { return equalSteps(counts[a]); }
 };
 struct SurfaceUnstructured : SurfaceLattice {
   using CellForm = FormI;

@@ -87,8 +87,8 @@ public:
     return m_tessellator.get();
   }
 
-  /// Puts a family through its paces. `make(isParallel)` yields a new extractor, `extract(e, variant)` calls it with
-  /// one of two sets of parameters and yields the output, `map(e, visit)` maps sets and calls `visit(mapped)`.
+  /// Puts a family through its paces. `make(isParallel)` yields a new extractor (owned), `extract(e, variant)` calls it
+  /// with one of two sets of parameters and yields the output, `map(e, visit)` maps sets and calls `visit(mapped)`.
   template <class Make, class Extract, class Map>
   void run(const std::string& name, const Counts& cells, const Make& make, const Extract& extract, const Map& map) {
     const auto check = [&](const std::string& fault, const char* when) {
@@ -96,9 +96,8 @@ public:
       if (!fault.empty()) faults.push_back(name + ", " + when + ": " + fault);
       if (!offence.empty()) faults.push_back(name + ", " + when + ": " + offence);
     };
-    using Extractor = std::remove_pointer_t<decltype(make(false))>;
-    const std::unique_ptr<Extractor> serial(make(false));
-    const auto mapped = [&](Extractor& e, std::string& fault) {
+    const auto serial = make(false);
+    const auto mapped = [&](auto& e, std::string& fault) {
       std::string bytes;
       map(e, [&](const auto& sets) {
         if (fault.empty()) fault = faultOfSet(sets, e.getExtract());
@@ -120,14 +119,14 @@ public:
       if (mapped(*serial, fault) != sets[variant]) check("other values", "sets after an equal call");
       check(fault, "sets after an equal call");
     }
-    const std::unique_ptr<Extractor> parallel(make(true));
+    const auto parallel = make(true);
     for (const std::size_t variant : {1u, 0u}) {
       if (bytesOf(extract(*parallel, variant)) != bytes[variant]) check("another output", "in parallel, the other way");
       std::string fault;
       if (mapped(*parallel, fault) != sets[variant]) check("other values", "sets in parallel");
       check(fault, "sets in parallel");
     }
-    const std::unique_ptr<Extractor> stopped(make(random.chance(0.3)));
+    const auto stopped = make(random.chance(0.3));
     Stopper stopper(random.below(12));
     stopped->setExtractorCallback(stopper);
     try {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Case.h"
+#include "FamilyClasses.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,8 +17,8 @@ void probe(Case& c, const std::string& name, const Mesh& mesh, const std::vector
   const auto check = [&](bool isRight, const char* text) {
     if (!isRight) c.faults.push_back(name + ": " + text);
   };
-  const std::unique_ptr<Probe> serial(Probe::getNewInstance(mesh, false));
-  const std::unique_ptr<Probe> parallel(Probe::getNewInstance(mesh, true));
+  const auto serial = makeExtractor<Probe>(mesh, false, nullptr);
+  const auto parallel = makeExtractor<Probe>(mesh, true, nullptr);
   std::vector<std::size_t> found(points.size());
   parallel->findCells(points.data(), points.size(), filter, found.data());
   for (std::size_t p = 0; p < points.size(); ++p) {

@@ -349,11 +349,11 @@ Set<T>::Set(Random& random, const World& world, DataBinding binding, std::size_t
     : m_binding(random.chance(0.02) ? DataBinding::AUTO : binding)
     , m_dims(dims)
     , m_isRaw(random.chance(0.5))
-    , m_isFloat(random.chance(0.5))
-    , m_isShort(world.isBroken && random.chance(0.05)) {
+    , m_isFloat(random.chance(0.5)) {
+  const bool isShort = world.isBroken && random.chance(0.05);
   const std::size_t style = random.below(5);
   const double oddity = random.chance(0.3) ? 0.03 : 0.0;
-  m_values.resize(COMPONENTS * (m_isShort ? random.below(size + 1) : size));
+  m_values.resize(COMPONENTS * (isShort ? random.below(size + 1) : size));
   for (double& v : m_values) {
     v = style == 0 ? 0.25 : style == 1 ? static_cast<double>(random.below(3)) - 1.0 : random.between(-1.0, 1.0);
     if (random.chance(oddity)) v = random.odd();
@@ -364,6 +364,14 @@ Set<T>::Set(Random& random, const World& world, DataBinding binding, std::size_t
     if (m_isFloat) m_values[i] = static_cast<double>(m_floats[i]);
   }
 }
+
+template <class T>
+Set<T>::Set(DataBinding binding, const Counts& dims, std::vector<double> values, bool isRaw)
+    : m_binding(binding)
+    , m_dims(dims)
+    , m_isRaw(isRaw)
+    , m_isFloat(false)
+    , m_values(std::move(values)) {}
 
 template <class T>
 T Set<T>::at(std::size_t i) const {

@@ -25,6 +25,7 @@
 #include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
 #include <KerrinExtractor/KxTimeStamp.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <memory>
@@ -82,7 +83,9 @@ struct World {
   };
   Cells volume, surface, line;
   std::vector<std::int64_t> hexahedra; ///< eight nodes a lattice cell
-  std::vector<Vec3> corners;           ///< eight a lattice cell
+  std::size_t hexahedraBeginNode = 0;
+  std::size_t hexahedraEndNode = static_cast<std::size_t>(-1); ///< or that of all nodes, if it is less
+  std::vector<Vec3> corners;                                   ///< eight a lattice cell
 
   std::size_t numNodes() const { return xyz.size() / 3; }
   std::size_t numCells() const { return counts[0] * counts[1] * counts[2]; }
@@ -150,7 +153,8 @@ public:
   bool isDead(std::size_t i, std::size_t j) const override { return isDead(i, j, 0); }
   bool isDead(std::size_t i, std::size_t j, std::size_t k) const override;
   void getCellNodeIds(std::size_t i, std::size_t j, std::size_t k, std::size_t ids[8]) const override;
-  std::size_t getEndNodeId() const override { return m_world.numNodes(); }
+  std::size_t getBeginNodeId() const override { return m_world.hexahedraBeginNode; }
+  std::size_t getEndNodeId() const override { return std::min(m_world.hexahedraEndNode, m_world.numNodes()); }
   KiRawArray getRawArray(Role role) const override;
 
 private:
@@ -261,6 +265,8 @@ class Set final : public KiDataSetI<T>, public KiDataSetIj<T>, public KiDataSetI
 public:
   /// For `size` values; `dims` address them in the structured forms.
   Set(Random& random, const World& world, DataBinding binding, std::size_t size, const Counts& dims);
+  /// With these values, offered as an array or not.
+  Set(DataBinding binding, const Counts& dims, std::vector<double> values, bool isRaw);
   std::size_t getTimeStamp() const override { return m_stamp; }
   std::string getName() const override { return "set"; }
   DataBinding getBinding() const override { return m_binding; }
@@ -279,7 +285,6 @@ private:
   Counts m_dims;
   bool m_isRaw;
   bool m_isFloat;
-  bool m_isShort;
   std::vector<double> m_values;
   std::vector<float> m_floats;
   std::size_t m_stamp = KxTimeStamp::getTimeStamp();

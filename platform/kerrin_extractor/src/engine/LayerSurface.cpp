@@ -5,6 +5,7 @@
 #include "PolygonWriter.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace kx {
@@ -33,6 +34,7 @@ void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, doubl
                          Faults& faults) {
   const std::size_t numLayers = axis > 2 ? 0 : countAlong(mesh.cellDims, axis);
   if (!(position >= 0.0 && position <= static_cast<double>(numLayers))) {
+    if (std::isnan(position)) faults.post("the position nan along the axis is not a number");
     run.phase("find edges", 0, [](std::size_t) {});
     run.phase("write", 0, [](std::size_t) {});
     output.clear();

@@ -76,7 +76,7 @@ void SurfaceLocator::update(Run& run, const Changes& changes, Faults& faults) {
 
 Box SurfaceLocator::findBounds(Run& run) const {
   const std::size_t begin = m_mesh->beginNode;
-  const std::size_t numNodes = m_mesh->numCells > 0 ? m_mesh->endNode - begin : 0;
+  const std::size_t numNodes = m_mesh->numCells > 0 ? std::max(m_mesh->endNode, begin) - begin : 0;
   std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
   run.phase("find bounds", parts.size(), [&](std::size_t step) {
     const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);
