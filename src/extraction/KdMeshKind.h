@@ -15,43 +15,38 @@
 #include <KerrinExtractor/KiVolumeMeshUnstructured.h>
 #include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
 
-/// In which form a mesh kind takes its cell filter and its sets, and the state elements that hold sets of that form.
-struct KdFormsI {
+/// A form of addressing: the cell filter and the sets that have it, and the state elements that hold such sets.
+struct KdFlatForm {
   using CellFilter = KiCellFilterI;
   template <class T>
-  using NodeSet = KiDataSetI<T>;
-  template <class T>
-  using CellSet = KiDataSetI<T>;
-  using NodeScalarElement = KoScalarSetElementI;
-  using CellScalarElement = KoScalarSetElementI;
-  using NodeVec3Element = KoVec3SetElementI;
-  using CellVec3Element = KoVec3SetElementI;
+  using Set = KiDataSetI<T>;
+  using ScalarElement = KoScalarSetElementI;
+  using Vec3Element = KoVec3SetElementI;
 };
-
-/// Nodes have one flat index, cells three.
-struct KdFormsHexahedronIjk {
+struct KdStructuredForm {
   using CellFilter = KiCellFilterIjk;
   template <class T>
-  using NodeSet = KiDataSetI<T>;
-  template <class T>
-  using CellSet = KiDataSetIjk<T>;
-  using NodeScalarElement = KoScalarSetElementI;
-  using CellScalarElement = KoScalarSetElementIjk;
-  using NodeVec3Element = KoVec3SetElementI;
-  using CellVec3Element = KoVec3SetElementIjk;
+  using Set = KiDataSetIjk<T>;
+  using ScalarElement = KoScalarSetElementIjk;
+  using Vec3Element = KoVec3SetElementIjk;
 };
 
-struct KdFormsIjk {
-  using CellFilter = KiCellFilterIjk;
+/// In which forms a mesh kind takes what belongs to its nodes and to its cells.
+template <class NodeForm, class CellForm>
+struct KdForms {
+  using CellFilter = typename CellForm::CellFilter;
   template <class T>
-  using NodeSet = KiDataSetIjk<T>;
+  using NodeSet = typename NodeForm::template Set<T>;
   template <class T>
-  using CellSet = KiDataSetIjk<T>;
-  using NodeScalarElement = KoScalarSetElementIjk;
-  using CellScalarElement = KoScalarSetElementIjk;
-  using NodeVec3Element = KoVec3SetElementIjk;
-  using CellVec3Element = KoVec3SetElementIjk;
+  using CellSet = typename CellForm::template Set<T>;
+  using NodeScalarElement = typename NodeForm::ScalarElement;
+  using CellScalarElement = typename CellForm::ScalarElement;
+  using NodeVec3Element = typename NodeForm::Vec3Element;
+  using CellVec3Element = typename CellForm::Vec3Element;
 };
+using KdFormsI = KdForms<KdFlatForm, KdFlatForm>;
+using KdFormsHexahedronIjk = KdForms<KdFlatForm, KdStructuredForm>;
+using KdFormsIjk = KdForms<KdStructuredForm, KdStructuredForm>;
 
 template <class MeshInterface, class Forms>
 struct KdMeshKindOf : Forms {
