@@ -141,12 +141,13 @@ void CellBins::fill(Run& run, std::size_t numCells, const BoxesOf& boxesOf) {
 
 void CellBins::build(Run& run, std::size_t numCells, const Box& bounds, const BoxesOf& boxesOf) {
   clear();
-  if (numCells == 0 || bounds.isEmpty()) {
+  if (numCells == 0) {
     run.phase("count cells", 0, [](std::size_t) {});
     run.phase("fill bins", 0, [](std::size_t) {});
     return;
   }
   m_bounds = bounds;
+  if (bounds.isEmpty()) m_bounds.add(KbVec3<double>(0.0)); // the cells are asked all the same why they have no box
   m_numChunks =
       std::min<std::size_t>(static_cast<std::size_t>(tbb::this_task_arena::max_concurrency()) * 2, MAX_CHUNKS);
   chooseWidths(numCells, boxesOf);
