@@ -22,7 +22,8 @@ public:
       , m_curtain(curtain)
       , m_pieces(pieces) {}
 
-  FaceCutter::Result cut(std::size_t cell, const CellNodeList& nodes) {
+  /// False when a position is not finite.
+  bool cut(std::size_t cell, const CellNodeList& nodes) {
     const std::size_t n = nodes.numCorners;
     m_corners.resize(n);
     m_shadow.resize(n);
@@ -33,28 +34,25 @@ public:
       m_shadow[i] = m_curtain.project(m_corners[i]);
       box.add(m_shadow[i]);
     }
-    if (!FaceCutter::isFinite(m_corners)) return FaceCutter::NOT_FINITE;
+    if (!FaceCutter::isFinite(m_corners)) return false;
     m_segments.clear();
     m_curtain.findSegments(box, m_segments);
-    if (m_segments.empty()) return FaceCutter::DONE;
+    if (m_segments.empty()) return true;
     const bool hasJoint =
         std::any_of(m_segments.begin(), m_segments.end(), [&](std::size_t s) { return m_curtain.hasJoint(s, box); });
     if (n > 3 && (hasJoint || !isConvexPolygon(m_corners) || isWarpedPolygon(m_corners))) {
       triangulatePolygon(m_corners, m_triangles);
     } else {
       m_triangles.clear();
-      m_whole.resize(n);
-      for (std::size_t i = 0; i < n; ++i)
-        m_whole[i] = i;
     }
     for (const std::size_t segment : m_segments) {
       for (std::size_t i = 0; i < n; ++i)
         m_values[i] = m_curtain.side(segment, m_shadow[i]);
-      if (m_triangles.empty()) cutPart(m_whole, 0, segment, cell, nodes);
+      if (m_triangles.empty()) cutPart(AllCorners{n}, 0, segment, cell, nodes);
       for (std::size_t t = 0; t < m_triangles.size(); ++t)
         cutPart(m_triangles[t], t, segment, cell, nodes);
     }
-    return FaceCutter::DONE;
+    return true;
   }
 
 private:
@@ -126,7 +124,6 @@ private:
   std::vector<Curtain::Point> m_shadow;
   std::vector<double> m_values;
   std::vector<std::size_t> m_segments;
-  std::vector<std::size_t> m_whole;
   std::vector<std::array<std::size_t, 3>> m_triangles;
 };
 
@@ -146,7 +143,7 @@ void CurtainTracer::trace(Run& run, const FlatMesh& mesh, const Curtain& curtain
           faults.add(Faults::UNREADABLE_CELL, cell);
         else if (!mesh.hasValidNodes(nodes))
           faults.add(Faults::NODE_OUT_OF_RANGE, cell);
-        else if (cutter.cut(cell, nodes) == FaceCutter::NOT_FINITE)
+        else if (!cutter.cut(cell, nodes))
           faults.add(Faults::COORDINATE_NOT_FINITE, cell);
       }
     };

@@ -23,9 +23,31 @@ bool FaceCutter::isFinite(std::span<const KbVec3<double>> corners) {
   return std::all_of(corners.begin(), corners.end(), [](const KbVec3<double>& p) { return kx::isFinite(p); });
 }
 
+bool FaceCutter::setFace(const CellNodeList& face, const PointView& points) {
+  const std::size_t n = face.numCorners;
+  m_corners.resize(n);
+  for (std::size_t i = 0; i < n; ++i)
+    m_corners[i] = points[face.ids[i]];
+  if (!isFinite(m_corners)) return false;
+  m_triangles.clear();
+  if (!isConvexPolygon(m_corners) || (m_splitsWarpedFaces && n > 3 && isWarpedPolygon(m_corners)))
+    triangulatePolygon(m_corners, m_triangles);
+  return true;
+}
+
 bool isConvexPolygon(std::span<const KbVec3<double>> corners) {
   const std::size_t n = corners.size();
   if (n == 3) return true;
+  if (n == 4) {
+    // The normal is the product of the diagonals, and the sum of the products at opposite corners.
+    const KbVec3<double> sides[3] = {corners[1] - corners[0], corners[2] - corners[1], corners[3] - corners[2]};
+    const KbVec3<double> normal = (corners[2] - corners[0]).cross(corners[3] - corners[1]);
+    const double whole = normal.squaredLength();
+    const double tolerance = -1e-12 * whole;
+    const double atSecond = sides[0].cross(sides[1]).dot(normal);
+    const double atThird = sides[1].cross(sides[2]).dot(normal);
+    return std::min(std::min(atSecond, whole - atSecond), std::min(atThird, whole - atThird)) >= tolerance;
+  }
   const KbVec3<double> normal = areaVector(corners);
   const double tolerance = -1e-12 * normal.squaredLength();
   KbVec3<double> side = corners[0] - corners[n - 1];

@@ -28,8 +28,15 @@ bool isConvexPolygon(std::span<const KbVec3<double>> corners);
 /// Whether the corners lie visibly apart from one plane: by more than a thousandth of the polygon's size.
 bool isWarpedPolygon(std::span<const KbVec3<double>> corners);
 
+/// All corners of a face by their local numbers.
+struct AllCorners {
+  std::size_t count;
+  std::size_t size() const { return count; }
+  std::size_t operator[](std::size_t i) const { return i; }
+};
+
 /// Cuts a convex face, given by local numbers of its corners. `ids` and `values` belong to the corners of the whole
-/// face.
+/// face. Calls `emit(NodeEdge from, NodeEdge to)` for each segment; the inside is on the same side of all of them.
 template <class Corners, class Emit>
 void cutConvexFace(const Corners& corners, const std::vector<std::size_t>& ids, const double* values, double isovalue,
                    const Emit& emit) {
@@ -56,7 +63,7 @@ void cutConvexFace(const Corners& corners, const std::vector<std::size_t>& ids, 
   }
 }
 
-/// Cuts one face after the other where a field, known at the corners, takes a value.
+/// Cuts one face after the other where a field, known at the corners, takes some values.
 ///
 /// Every run of inside corners around a face is cut off by one segment, so that inside corners stay separate: the rule
 /// of the isosurfaces, whose traces on the faces of a volume are these lines. A corner with the very value is inside,
@@ -64,38 +71,19 @@ void cutConvexFace(const Corners& corners, const std::vector<std::size_t>& ids, 
 /// may leave them.
 class FaceCutter {
 public:
-  enum Result { DONE, NOT_FINITE };
-
   /// With `splitsWarpedFaces`, faces that are not flat are cut triangle by triangle too: for fields that are sections
   /// of the surface itself, since a single segment would take a short cut through space.
   explicit FaceCutter(bool splitsWarpedFaces = false)
       : m_splitsWarpedFaces(splitsWarpedFaces) {}
 
-  /// Calls `emit(NodeEdge from, NodeEdge to)` for each segment; the inside is on the same side of all of them.
-  /// `values` belong to the corners of the face and are finite.
+  /// Looks at the next face; false when a position is not finite.
+  bool setFace(const CellNodeList& face, const PointView& points);
+  /// Cuts it. `ids` and `values` belong to its corners, which have finite values; `emit` as for `cutConvexFace`.
   template <class Emit>
-  Result cut(const CellNodeList& face, const double* values, double isovalue, const PointView& points,
-             const Emit& emit) {
-    const std::size_t n = face.numCorners;
-    std::size_t numInside = 0;
-    for (std::size_t i = 0; i < n; ++i)
-      numInside += values[i] >= isovalue;
-    if (numInside == 0 || numInside == n) return DONE;
-    m_corners.resize(n);
-    for (std::size_t i = 0; i < n; ++i)
-      m_corners[i] = points[face.ids[i]];
-    if (!isFinite(m_corners)) return NOT_FINITE;
-    if (n == 3 || (isConvexPolygon(m_corners) && !(m_splitsWarpedFaces && isWarpedPolygon(m_corners)))) {
-      m_order.resize(n);
-      for (std::size_t i = 0; i < n; ++i)
-        m_order[i] = i;
-      cutConvexFace(m_order, face.ids, values, isovalue, emit);
-      return DONE;
-    }
-    triangulatePolygon(m_corners, m_triangles);
+  void cut(const std::vector<std::size_t>& ids, const double* values, double isovalue, const Emit& emit) const {
+    if (m_triangles.empty()) cutConvexFace(AllCorners{m_corners.size()}, ids, values, isovalue, emit);
     for (const std::array<std::size_t, 3>& triangle : m_triangles)
-      cutConvexFace(triangle, face.ids, values, isovalue, emit);
-    return DONE;
+      cutConvexFace(triangle, ids, values, isovalue, emit);
   }
 
   static bool isFinite(std::span<const KbVec3<double>> corners);
@@ -103,8 +91,7 @@ public:
 private:
   bool m_splitsWarpedFaces;
   std::vector<KbVec3<double>> m_corners;
-  std::vector<std::size_t> m_order;
-  std::vector<std::array<std::size_t, 3>> m_triangles;
+  std::vector<std::array<std::size_t, 3>> m_triangles; ///< none of a face that is cut as a whole
 };
 
 } // namespace kx

@@ -35,7 +35,7 @@ public:
         "has a node id that is out of range; such cells are skipped",
         "has a node whose coordinates are not finite; such cells are skipped",
         "is a polyhedron whose faces do not close; such cells are skipped",
-        "is cut at more edges than the 65534 that are possible; such cells are skipped"};
+        "is cut at more edges than are possible; such cells are skipped"};
     for (std::size_t kind = 0; kind < NUM_KINDS; ++kind) {
       const std::size_t cell = m_first[kind].load(std::memory_order_relaxed);
       if (cell != NONE) KiMessage::postWarning(m_origin, "cell " + std::to_string(cell) + " " + TEXTS[kind]);

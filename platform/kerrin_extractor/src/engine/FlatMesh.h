@@ -54,6 +54,19 @@ struct ArrayCellLists {
   std::size_t numCornersOfAll; ///< 0 when it differs from cell to cell
 
   void load(std::size_t cell, CellNodeList& nodes) const {
+    if (stride == 4 && numCornersOfAll == 4) { // quadrangles alone: without a loop, and inline
+      const Index* p = connectivity + 4 * cell;
+      nodes.set(4, 4, shapes[0]);
+      std::size_t* ids = nodes.ids.data();
+      for (std::size_t i = 0; i < 4; ++i)
+        ids[i] = static_cast<std::size_t>(p[i]);
+      return;
+    }
+    loadAny(cell, nodes);
+  }
+
+private:
+  void loadAny(std::size_t cell, CellNodeList& nodes) const {
     const std::size_t begin = offsets ? static_cast<std::size_t>(offsets[cell]) : cell * stride;
     const std::size_t end = offsets ? static_cast<std::size_t>(offsets[cell + 1]) : begin + stride;
     if (begin > end || end > connectivitySize) {

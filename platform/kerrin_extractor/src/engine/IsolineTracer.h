@@ -25,13 +25,14 @@ struct Isoline : Output<LineMesh> {
 /// Traces the lines of a scalar field on the faces of a surface mesh, for all values at once.
 ///
 /// The first pass cuts the cells in chunks, where nodes and values are at hand, and numbers the vertices of each chunk
-/// and value by their edges. On the way it keeps, one byte each, the least and greatest value of a cell in 256 steps,
-/// so that further values on the same field look at the bytes of most cells only. The second pass takes the values one
-/// by one, several at a time, and joins what the chunks have, in their order. The result does not depend on the
-/// threads.
+/// and value by their edges; of each vertex and segment it keeps eight bytes. On the way it keeps, one byte each, the
+/// least and greatest value of a cell in 256 steps, so that further values on the same field look at the bytes of most
+/// cells only. The second pass finds, for one value after the other, the vertices that several chunks have; these are
+/// looked for only among edges with nodes that may belong to cells of several chunks. The last pass writes each chunk's
+/// part of all lines. Vertices are in the order in which the cells meet them, whatever the threads.
 class IsolineTracer {
 public:
-  static constexpr std::size_t NUM_PHASES = 2;
+  static constexpr std::size_t NUM_PHASES = 3;
 
   /// With `buildsIndex` false the index of the call before is used: mesh, filter and field must be the same. `lines`
   /// has one entry for each value; values that are not finite yield no lines.
@@ -43,44 +44,29 @@ public:
                     Faults& faults);
 
 private:
-  struct Crossing {
-    std::uint32_t value; ///< number of the isovalue
-    std::uint32_t cell;  ///< in the chunk
-  };
-  struct Vertex {
-    NodeEdge edge;
-    float weight;
-    float position[3];
-  };
-  struct Segment {
-    std::uint32_t from; ///< vertex of the same value and chunk
-    std::uint32_t to;
-    std::uint32_t cell; ///< in the chunk
-  };
-  /// The pieces of one chunk, value by value; value v owns those from begins[v] to begins[v + 1].
-  struct Chunk {
-    struct Begin {
-      std::uint32_t vertex;
-      std::uint32_t segment;
-    };
-    std::vector<Vertex> vertices;
-    std::vector<Segment> segments;
-    std::vector<Begin> begins;
-  };
+  struct Segment;
+  template <class Id>
+  struct Chunk;
   struct Levels;
   struct Job;
+  class ChunkCutter;
 
-  void cutChunks(Job& job, const Levels& levels, bool buildsIndex, bool usesIndex);
-  void join(const Job& job, std::size_t value, Isoline& line) const;
+  /// `Id` is wide enough for the nodes of the mesh.
+  template <class Id>
+  void runWith(const Job& job, const Levels& levels);
+  void run(const Job& job, const Levels& levels);
   void setScale(const FlatMesh& mesh, const ScalarField& field);
   std::uint8_t stepOf(double value) const;
+  template <class Id>
+  static void matchChunks(const Job& job, std::vector<Chunk<Id>>& chunks, std::size_t value);
+  template <class Id>
+  static void writeChunk(const Job& job, const Chunk<Id>& chunk);
 
   // The index: per cell the steps of its least and greatest value; least > greatest for cells that yield nothing.
   Array<std::uint8_t> m_low;
   Array<std::uint8_t> m_high;
   double m_base = 0.0;
   double m_scale = 0.0;
-  std::vector<Chunk> m_chunks;
 };
 
 } // namespace kx
