@@ -10,8 +10,8 @@
 namespace kx {
 namespace {
 
-constexpr double MAX_BYTES_PER_CELL = 32.0;
-constexpr double AIMED_ENTRIES_PER_CELL = 3.5; // 28 bytes: the rest is for offsets, counters and chance
+constexpr double MAX_BYTES_PER_CELL = 28.0;
+constexpr double AIMED_ENTRIES_PER_CELL = 3.0; // 24 bytes: the rest is for offsets, counters and chance
 constexpr std::size_t NUM_SAMPLES = 4096;
 constexpr std::size_t MAX_CHUNKS = 8;
 

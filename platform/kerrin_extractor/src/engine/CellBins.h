@@ -17,7 +17,7 @@ namespace kx {
 ///
 /// An entry keeps the cell's index and, for each axis, which of the bin's eight slots the cell's box covers, so that
 /// nearly all candidates that are not at the point fall away without a look at the mesh: as sharp as bins a quarter of
-/// a cell wide, in a fraction of the memory. The width of the bins is chosen for at most 32 bytes a cell, counters
+/// a cell wide, in a fraction of the memory. The width of the bins is chosen for at most 28 bytes a cell, counters
 /// during the build included; the content does not depend on the number of threads.
 class CellBins {
 public:

@@ -29,6 +29,13 @@ void StreamLine::add(const KbVec3<double>& point, const CellHit& hit) {
     m_weights.push_back(static_cast<float>(hit.weight(i)));
 }
 
+void StreamLine::finish() {
+  m_collected.shrink_to_fit();
+  m_cells.shrink_to_fit();
+  m_weights.shrink_to_fit();
+  m_weightBegins.shrink_to_fit();
+}
+
 void StreamLine::commit(const InputAddress& input) {
   m_vertices.resize(m_collected.size());
   std::copy(m_collected.begin(), m_collected.end(), m_vertices.data());

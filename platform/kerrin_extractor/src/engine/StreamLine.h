@@ -20,9 +20,11 @@ public:
   const KeXTopologyI& getTopology() const override { return m_topology; }
   const KeXGeometryExplicit& getGeometry() const override { return m_geometry; }
 
-  /// Collects points; `commit` makes them the line's content, under new time stamps.
+  /// Collects points, up to `finish`, which gives back what memory was too much; `commit` makes them the line's
+  /// content, under new time stamps.
   void clear();
   void add(const KbVec3<double>& point, const CellHit& hit);
+  void finish();
   void commit(const InputAddress& input);
 
   std::size_t numPoints() const { return m_cells.size(); }

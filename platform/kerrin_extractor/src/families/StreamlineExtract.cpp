@@ -33,7 +33,10 @@ StreamParameters StreamlineExtract::checkedParameters(const Faults& faults) cons
 void StreamlineExtract::trace(Run& run, const SetView<KbVec3<double>>& vectors, bool isPerNode,
                               const std::vector<KbVec3<double>>& startPoints, const Faults& faults) {
   const StreamTracer tracer(m_locator, vectors, isPerNode, checkedParameters(faults));
-  run.phase("trace", startPoints.size(), [&](std::size_t i) { tracer.trace(startPoints[i], *m_lines[i]); });
+  run.phase("trace", startPoints.size(), [&](std::size_t i) {
+    tracer.trace(startPoints[i], *m_lines[i]);
+    m_lines[i]->finish();
+  });
 }
 
 void StreamlineExtract::commit() {
