@@ -94,6 +94,12 @@ private:
 
 } // namespace
 
+std::vector<Growth> isolineGrowth() {
+  return {{"isolines_quadrangles", {512, 724, 1024, 1448, 2048}, [](std::size_t n) {
+             return std::make_unique<IsolineJob>(n);
+           }}};
+}
+
 std::vector<Case> isolineCases() {
   return {{"isolines_20_quadrangles_1000", true, [] { return std::make_unique<IsolineJob>(1000); }}};
 }

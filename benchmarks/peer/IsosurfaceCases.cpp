@@ -218,15 +218,12 @@ public:
 std::vector<Growth> isosurfaceGrowth() {
   return {
       {"isosurface_regular",
-       false,
        {64, 96, 128, 192, 256, 400},
        [](std::size_t n) { return std::make_unique<RegularJob>(n); }},
       {"isosurface_curvilinear",
-       false,
        {64, 96, 128, 192, 256},
        [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
       {"isosurface_hexahedra",
-       false,
        {48, 64, 96, 128, 160},
        [](std::size_t n) {
          return std::make_unique<UnstructuredJob>(KbMeshMaker::hexahedra({n, n, n}, warp), KiVolumeCell::HEXAHEDRON, 8,

@@ -323,6 +323,21 @@ private:
 
 } // namespace
 
+// Queries and paths are as many on every mesh: what grows is the time of the bins.
+std::vector<Growth> pathsGrowth() {
+  return {
+      {"probes_hexahedra",
+       {64, 96, 128, 160},
+       [](std::size_t n) {
+         return std::make_unique<ProbeJob<vtkStaticCellLocator>>(KbMeshMaker::hexahedra({n, n, n}, warp),
+                                                                 KiVolumeCell::HEXAHEDRON, 8, VTK_HEXAHEDRON);
+       }},
+      {"streamlines_hexahedra",
+       {64, 96, 128, 160},
+       [](std::size_t n) { return std::make_unique<HexahedraStreamlineJob>(n); }},
+  };
+}
+
 std::vector<Case> pathsCases() {
   // Bins of cells are kept by both families.
   constexpr double BYTES_PER_CELL = 32;

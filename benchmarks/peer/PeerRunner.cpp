@@ -153,8 +153,11 @@ bool runCase(const Case& testCase, int numThreads) {
 
 void runGrowth(const Growth& growth, int numThreads) {
   constexpr double LIMIT = 1.05;
+  // Log times over log input cells, and over log output cells.
   std::vector<std::pair<double, double>> firsts;
   std::vector<std::pair<double, double>> nexts;
+  std::vector<std::pair<double, double>> firstsByOutput;
+  std::vector<std::pair<double, double>> nextsByOutput;
   for (const std::size_t size : growth.sizes) {
     const std::unique_ptr<Job> job = growth.make(size);
     const Memory memory(*job);
@@ -166,18 +169,23 @@ void runGrowth(const Growth& growth, int numThreads) {
     job->runNext(turn++);
     while (next.wantsMore())
       next.add(timeMs([&] { job->runNext(turn++); }));
-    const std::size_t work = growth.followsOutput ? job->numOutputCells() : job->numInputCells();
     std::printf("growth=%s threads=%d side=%zu input_cells=%zu output_cells=%zu first_ms=%.3f next_ms=%.3f"
                 " bytes_per_cell=%.2f\n",
                 growth.name.c_str(), numThreads, size, job->numInputCells(), job->numOutputCells(), first.median(),
                 next.median(), memory.bytesBesideOutput / static_cast<double>(job->numInputCells()));
     std::fflush(stdout);
-    firsts.emplace_back(std::log(static_cast<double>(work)), std::log(first.median()));
-    nexts.emplace_back(firsts.back().first, std::log(next.median()));
+    const double input = std::log(static_cast<double>(job->numInputCells()));
+    const double output = std::log(static_cast<double>(job->numOutputCells()));
+    firsts.emplace_back(input, std::log(first.median()));
+    nexts.emplace_back(input, std::log(next.median()));
+    firstsByOutput.emplace_back(output, firsts.back().second);
+    nextsByOutput.emplace_back(output, nexts.back().second);
   }
-  std::printf("growth=%s threads=%d over=%s slope_first=%.3f slope_next=%.3f limit=%.2f\n", growth.name.c_str(),
-              numThreads, growth.followsOutput ? "output_cells" : "input_cells", slopeOf(firsts), slopeOf(nexts),
-              LIMIT);
+  std::printf("growth=%s threads=%d slope_first=%.3f slope_next=%.3f limit=%.2f", growth.name.c_str(), numThreads,
+              slopeOf(firsts), slopeOf(nexts), LIMIT);
+  if (firstsByOutput.front().first < firstsByOutput.back().first)
+    std::printf(" over_output_first=%.3f over_output_next=%.3f", slopeOf(firstsByOutput), slopeOf(nextsByOutput));
+  std::printf("\n");
 }
 
 } // namespace peer

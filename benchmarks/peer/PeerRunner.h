@@ -57,19 +57,22 @@ std::vector<Case> sliceCases();
 /// One kind of extraction on meshes of several sizes.
 struct Growth {
   std::string name;
-  bool followsOutput;             ///< whether work is output cells rather than input cells
   std::vector<std::size_t> sizes; ///< cells a side
   std::function<std::unique_ptr<Job>(std::size_t size)> make;
 };
 
+std::vector<Growth> isolineGrowth();
 std::vector<Growth> isosurfaceGrowth();
+std::vector<Growth> pathsGrowth();
 std::vector<Growth> skinGrowth();
 std::vector<Growth> sliceGrowth();
 
 /// Runs a case and prints its line; false when the two sides' measures differ by more than 1e-3.
 bool runCase(const Case& testCase, int numThreads);
 
-/// Prints a line for each size and one for the slope of log time over log work, ours alone.
+/// Prints a line for each size and one for the slopes, ours alone: of log time over log input cells, which nothing that
+/// reads its input once exceeds by more than caches cost, and of log time over log output cells. The second is for
+/// sections: a first one reads the whole mesh, and so grows like its volume while its output grows like an area.
 void runGrowth(const Growth& growth, int numThreads);
 
 } // namespace peer

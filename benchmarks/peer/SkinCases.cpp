@@ -194,9 +194,9 @@ std::unique_ptr<Job> makeHexahedra(std::size_t n) {
 
 std::vector<Growth> skinGrowth() {
   return {
-      {"skin_hexahedra", false, {64, 96, 128, 160, 192}, makeHexahedra},
+      {"skin_hexahedra", {64, 96, 128, 160, 192}, makeHexahedra},
+      {"feature_edges_of_skin", {64, 96, 128, 192}, [](std::size_t n) { return std::make_unique<FeatureEdgesJob>(n); }},
       {"skin_curvilinear",
-       false,
        {64, 96, 128, 192, 256, 400},
        [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
   };

@@ -285,12 +285,8 @@ private:
 
 std::vector<Growth> sliceGrowth() {
   return {
-      {"plane_regular",
-       true,
-       {64, 96, 128, 192, 256, 400},
-       [](std::size_t n) { return std::make_unique<RegularPlane>(n); }},
+      {"plane_regular", {64, 96, 128, 192, 256, 400}, [](std::size_t n) { return std::make_unique<RegularPlane>(n); }},
       {"plane_curvilinear",
-       true,
        {64, 96, 128, 192, 256},
        [](std::size_t n) { return std::make_unique<CurvilinearPlane>(n); }},
   };

@@ -47,7 +47,8 @@ int main(int argc, char** argv) {
       ++numRun;
     }
   }
-  for (const auto family : {peer::isosurfaceGrowth, peer::skinGrowth, peer::sliceGrowth}) {
+  for (const auto family :
+       {peer::isosurfaceGrowth, peer::sliceGrowth, peer::isolineGrowth, peer::pathsGrowth, peer::skinGrowth}) {
     for (const peer::Growth& growth : family()) {
       if (!isGrowth || !isWanted(growth.name)) continue;
       peer::runGrowth(growth, numThreads);
