@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Sections by planes, spheres and cylinders: each family is its function of space; the three forms of the contract are
 // written once.
-#include "src/engine/TessellatedCutter.h"
+#include "CutShell.h"
 
 #include <KerrinExtractor/KiCylinderSliceExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiCylinderSliceExtractIjk.h>
@@ -17,75 +17,31 @@ namespace {
 
 using Vec3 = KbVec3<double>;
 
-/// A contract class over flat cells: `P` are its parameters, from which `Function` is made.
-template <class Base, class Function, class... P>
-class SliceI : public Base {
+/// Adds `extract` to a shell of any form: `P` are the parameters of the family, from which `Function` is made.
+template <class Shell, class Filter, class Function, class... P>
+class Slice : public Shell {
 public:
-  SliceI(const KiVolumeMeshUnstructured& mesh, bool parallel, const char* name, const KiTessellator* tessellator)
-      : m_cutter(mesh, parallel, name, tessellator) {}
-
-  const KeXSurfaceMeshUnstructured& extract(P... parameters, const KiCellFilterI* filter) override {
-    return m_cutter.cutByFunction(this->getExtractorCallback(), Function(parameters...), filter);
+  using Shell::Shell;
+  const KeXSurfaceMeshUnstructured& extract(P... parameters, const Filter* filter) override {
+    return this->m_state.cutByFunction(this->getExtractorCallback(), Function(parameters...), filter);
   }
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
-    return m_cutter.mapSet(this->getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
-    return m_cutter.mapSet(this->getExtractorCallback(), set);
-  }
-  const KeXSurfaceMeshUnstructured& getExtract() const override { return m_cutter.output(); }
-
-protected:
-  kx::TessellatedCutter m_cutter;
 };
 
-/// The same over cells addressed by (i, j, k).
 template <class Base, class Function, class... P>
-class SliceIjk : public Base {
-public:
-  template <class Mesh>
-  SliceIjk(const Mesh& mesh, bool parallel, const char* name, const KiTessellator*)
-      : m_cutter(mesh, parallel, name) {}
-
-  const KeXSurfaceMeshUnstructured& extract(P... parameters, const KiCellFilterIjk* filter) override {
-    return m_cutter.cutByFunction(this->getExtractorCallback(), Function(parameters...), filter);
-  }
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetIjk<double>& set) override {
-    return m_cutter.mapSet(this->getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetIjk<Vec3>& set) override {
-    return m_cutter.mapSet(this->getExtractorCallback(), set);
-  }
-  const KeXSurfaceMeshUnstructured& getExtract() const override { return m_cutter.output(); }
-
-protected:
-  kx::SurfaceCutter m_cutter;
-};
-
-/// With flat nodes besides.
+using SliceI = Slice<kx::CutShellI<Base>, KiCellFilterI, Function, P...>;
 template <class Base, class Function, class... P>
-class SliceHexahedronIjk final : public SliceIjk<Base, Function, P...> {
-public:
-  using SliceIjk<Base, Function, P...>::SliceIjk;
-  using SliceIjk<Base, Function, P...>::extractScalarSet;
-  using SliceIjk<Base, Function, P...>::extractVec3Set;
-
-  const KeXDataSetI<double>* extractScalarSet(const KiDataSetI<double>& set) override {
-    return this->m_cutter.mapSet(this->getExtractorCallback(), set);
-  }
-  const KeXDataSetI<Vec3>* extractVec3Set(const KiDataSetI<Vec3>& set) override {
-    return this->m_cutter.mapSet(this->getExtractorCallback(), set);
-  }
-};
+using SliceIjk = Slice<kx::CutShellIjk<Base>, KiCellFilterIjk, Function, P...>;
+template <class Base, class Function, class... P>
+using SliceHexahedronIjk = Slice<kx::CutShellHexahedronIjk<Base>, KiCellFilterIjk, Function, P...>;
 
 class PlaneSliceUnstructured final
     : public SliceI<KiPlaneSliceExtractUnstructured, kx::PlaneFunction, const Vec3&, double> {
 public:
-  using SliceI::SliceI;
+  using Slice::Slice;
   const KeXLineMeshUnstructured* extractLines(const Vec3& normal, double distance,
                                               const KiCellFilterI* filter) override {
     extract(normal, distance, filter);
-    return m_cutter.traceLines(getExtractorCallback());
+    return m_state.traceLines(getExtractorCallback());
   }
 };
 
@@ -102,12 +58,21 @@ using SphereSliceHexahedronIjk =
 using CylinderSliceHexahedronIjk =
     SliceHexahedronIjk<KiCylinderSliceExtractHexahedronIjk, kx::CylinderFunction, const Vec3&, double, const Vec3&>;
 
+/// Shells of structured meshes take no tessellator.
+template <class Extractor, class Mesh>
+Extractor* make(const Mesh& mesh, bool parallel, const char* name, const KiTessellator* tessellator) {
+  if constexpr (std::is_same_v<Mesh, KiVolumeMeshUnstructured>)
+    return new Extractor(mesh, parallel, name, tessellator);
+  else
+    return new Extractor(mesh, parallel, name);
+}
+
 } // namespace
 
 // Every class and mesh kind of the contract, each made by the class of its name above.
 #define KX_MAKE(Class, Mesh)                                                                                           \
   Ki##Class* Ki##Class::getNewInstance(const Mesh& mesh, bool parallel, KiTessellator* tessellator) {                  \
-    return new Class##Made(mesh, parallel, "Ki" #Class, tessellator);                                                  \
+    return make<Class##Made>(mesh, parallel, "Ki" #Class, tessellator);                                                \
   }
 #define KX_MAKE_FAMILY(Family)                                                                                         \
   using Family##ExtractUnstructuredMade = Family##Unstructured;                                                        \

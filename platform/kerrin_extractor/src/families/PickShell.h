@@ -10,8 +10,8 @@
 
 namespace kx {
 
-/// The operations that all extractors over a `Product` share, in the contract's form `Base` with sets of the form
-/// `Set`. `State` offers `map(callback, set)` and `output()`.
+/// The operations that extractors with one output share, in the contract's form `Base` with sets of the form `Set`.
+/// `State` offers `map(callback, set)` and `output()`.
 template <class Base, class State, template <class> class Set>
 class PickShell : public Base {
 public:
