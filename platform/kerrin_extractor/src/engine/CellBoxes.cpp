@@ -27,7 +27,7 @@ void addCells(const MeshView& mesh, const Cells& cells, std::size_t begin, std::
     bool areNodes = true;
     for (const std::size_t id : all) {
       const std::size_t node = id >> mesh.slotBits;
-      if (node < mesh.beginNode || node >= mesh.endNode)
+      if (!mesh.hasNode(node))
         areNodes = false;
       else if (const KbVec3<double> p = mesh.points[id]; isFinite(p))
         box.add(p);

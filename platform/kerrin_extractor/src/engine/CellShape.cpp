@@ -23,7 +23,7 @@ bool CellShape::loadCorners(const Mesh& mesh, std::size_t cell, Faults& faults) 
   m_numIndices = 0;
   m_corners.clear();
   for (const std::size_t node : m_nodes) {
-    if (node < mesh.beginNode || node >= mesh.endNode) {
+    if (!mesh.hasNode(node)) {
       faults.add(Faults::NODE_OUT_OF_RANGE, cell);
       return false;
     }

@@ -62,8 +62,6 @@ public:
 
   std::size_t numNodes() const { return m_nodes.size(); }
   const KbVec3<double>& position(std::uint32_t node) const { return m_nodes[node].position; }
-  /// The id of a node that the mesh has; that of an added node is `EdgeMiddles::NONE`.
-  std::size_t meshNode(std::uint32_t node) const { return m_nodes[node].id; }
   /// Forgets all that is needed to go on, but not the nodes.
   void finish();
 

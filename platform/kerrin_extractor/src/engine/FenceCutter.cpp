@@ -48,8 +48,7 @@ public:
     else if (m_code == UNREADABLE || !m_mesh.loadPolyhedron(cell, m_faces, m_ids))
       return SKIPPED;
     for (const std::size_t id : m_ids)
-      if (const std::size_t node = id >> m_mesh.slotBits; node < m_mesh.beginNode || node >= m_mesh.endNode)
-        return SKIPPED;
+      if (!m_mesh.hasNode(id >> m_mesh.slotBits)) return SKIPPED;
 
     m_corners.resize(m_ids.size());
     m_places.resize(m_ids.size());

@@ -62,6 +62,7 @@ public:
   /// Whether a cell is alive and accepted.
   bool isOpen(std::size_t cell) const;
   bool hasNode(std::size_t node) const { return node >= beginNode && node < endNode; }
+  std::size_t numNodes() const { return endNode > beginNode ? endNode - beginNode : 0; }
   InputAddress address() const;
 
 protected:

@@ -57,8 +57,7 @@ void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, doubl
     for (std::size_t q = step * STEP; q < std::min((step + 1) * STEP, cells.size()); ++q) {
       std::visit([&](const auto& view) { view.load(cells[q], nodes); }, mesh.cells);
       isUsable[q] = 0;
-      if (!std::all_of(nodes.begin(), nodes.end(),
-                       [&](std::size_t n) { return n >= mesh.beginNode && n < mesh.endNode; })) {
+      if (!std::all_of(nodes.begin(), nodes.end(), [&](std::size_t n) { return mesh.hasNode(n); })) {
         faults.add(Faults::NODE_OUT_OF_RANGE, cells[q]);
         continue;
       }

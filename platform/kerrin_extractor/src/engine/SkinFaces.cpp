@@ -69,7 +69,7 @@ private:
   }
   bool areUsable(const std::vector<std::size_t>& nodes, std::size_t cell) {
     for (const std::size_t node : nodes) {
-      if (node < m_mesh.beginNode || node >= m_mesh.endNode) {
+      if (!m_mesh.hasNode(node)) {
         m_faults.add(Faults::NODE_OUT_OF_RANGE, cell);
         return false;
       }

@@ -2,6 +2,7 @@
 #include "SurfaceLocator.h"
 
 #include "FinitePosition.h"
+#include "NodeBounds.h"
 
 #include "src/contract/MeanValue.h"
 #include "src/contract/ShapeFunctions.h"
@@ -14,7 +15,6 @@ namespace {
 
 using Vec3 = KbVec3<double>;
 
-constexpr std::size_t NODES_PER_STEP = 65536;
 constexpr double CURVED_MARGIN = 0.25; ///< of the diagonal: covers every convex bulge of a quadratic cell
 
 /// The nearest position of a point in a triangle's or quadrangle's reference coordinates, by the Gauss-Newton method.
@@ -65,33 +65,13 @@ void SurfaceLocator::update(Run& run, const Changes& changes, Faults& faults) {
   m_stamps = m_readStamps();
   m_mesh.emplace(m_makeView());
   if (!m_mesh->fault.empty()) faults.post(m_mesh->fault);
-  const Box bounds = findBounds(run);
+  const Box bounds = findBounds(run, m_mesh->points, m_mesh->beginNode, m_mesh->numCells > 0 ? m_mesh->numNodes() : 0);
   m_tolerance = TOLERANCE * bounds.diagonal();
   m_bins.build(run, m_mesh->numCells, bounds, [&](std::size_t begin, std::size_t end, Box* boxes) {
     for (std::size_t cell = begin; cell < end; ++cell)
       boxes[cell - begin] = boxOf(cell, faults);
   });
   m_isReady = true;
-}
-
-Box SurfaceLocator::findBounds(Run& run) const {
-  const std::size_t begin = m_mesh->beginNode;
-  const std::size_t numNodes = m_mesh->numCells > 0 ? std::max(m_mesh->endNode, begin) - begin : 0;
-  std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
-  run.phase("find bounds", parts.size(), [&](std::size_t step) {
-    const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);
-    Box box;
-    for (std::size_t n = step * NODES_PER_STEP; n < end; ++n)
-      if (const Vec3 p = m_mesh->points[begin + n]; isFinite(p)) box.add(p);
-    parts[step] = box;
-  });
-  Box bounds;
-  for (const Box& part : parts)
-    if (!part.isEmpty()) {
-      bounds.add(part.low);
-      bounds.add(part.high);
-    }
-  return bounds;
 }
 
 Box SurfaceLocator::boxOf(std::size_t cell, Faults& faults) const {

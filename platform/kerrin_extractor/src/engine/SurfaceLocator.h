@@ -43,7 +43,6 @@ private:
   Box boxOf(std::size_t cell, Faults& faults) const;
   /// Whether a cell can be read.
   bool load(std::size_t cell, CellNodeList& nodes) const;
-  Box findBounds(Run& run) const;
 
   std::function<FlatMesh()> m_makeView;
   std::function<std::pair<std::size_t, std::size_t>()> m_readStamps;

@@ -255,7 +255,7 @@ void Tessellation::checkCells(Run& run, const MeshView& mesh, const double* valu
       }
       const std::size_t* begin = isForm ? form.nodes.data() : polyhedron.data();
       const std::size_t* end = begin + (isForm ? form.numNodes : polyhedron.size());
-      if (!std::all_of(begin, end, [&](std::size_t id) { return id >= mesh.beginNode && id < mesh.endNode; })) {
+      if (!std::all_of(begin, end, [&](std::size_t id) { return mesh.hasNode(id); })) {
         faults.add(Faults::NODE_OUT_OF_RANGE, cell);
         continue;
       }

@@ -78,7 +78,7 @@ enum class Reading { DONE, UNREADABLE_CELL, NODE_OUT_OF_RANGE };
 /// Calls `visit(face, owner, hash)` for the faces of any cell.
 template <class Cells, class Visit>
 Reading visitCell(const MeshView& mesh, const Cells& cells, std::size_t cell, Scratch& scratch, Visit&& visit) {
-  const std::size_t numNodes = mesh.endNode - std::min(mesh.beginNode, mesh.endNode);
+  const std::size_t numNodes = mesh.numNodes();
   const auto areNodes = [&](const auto& ids, std::size_t count) {
     std::size_t greatest = 0;
     for (std::size_t i = 0; i < count; ++i)
@@ -340,7 +340,7 @@ void matchFaces(const MeshView& mesh, const std::vector<Candidates>& chunks, std
 
 void UnstructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& ranges, FaceList& faces, Faults& faults) {
   const std::size_t numChunks = (mesh.numCells + CHUNK - 1) / CHUNK;
-  const std::size_t numWords = (mesh.endNode - std::min(mesh.beginNode, mesh.endNode)) / 2 + 1;
+  const std::size_t numWords = mesh.numNodes() / 2 + 1;
   const std::size_t numParts = std::clamp<std::size_t>(mesh.numCells / CELLS_PER_PART, 1, MAX_PARTS);
   const auto wordOf = [&](std::size_t node) { return (node - mesh.beginNode) / 2; };
   std::vector<Candidates> chunks(numChunks);

@@ -2,6 +2,7 @@
 #include "VolumeLocator.h"
 
 #include "FinitePosition.h"
+#include "NodeBounds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +13,6 @@ namespace {
 
 using Vec3 = KbVec3<double>;
 
-constexpr std::size_t NODES_PER_STEP = 65536;
 constexpr double BOX_MARGIN = 1e-8;    ///< of the diagonal: covers `INSIDE_TOLERANCE`
 constexpr double CURVED_MARGIN = 0.25; ///< a quarter of the diagonal covers every convex bulge of a quadratic cell
 
@@ -48,7 +48,7 @@ Box cornerBox(const MeshView& mesh, std::size_t cell, const CellNodes& corners, 
   std::size_t greatest = 0;
   for (std::size_t c = 0; c < numCorners; ++c)
     greatest = std::max(greatest, (corners[c] >> mesh.slotBits) - mesh.beginNode);
-  if (greatest >= mesh.endNode - std::min(mesh.beginNode, mesh.endNode)) {
+  if (greatest >= mesh.numNodes()) {
     faults.add(Faults::NODE_OUT_OF_RANGE, cell);
     return {};
   }
@@ -133,7 +133,7 @@ void VolumeLocator::update(Run& run, const Changes& changes, Faults& faults) {
     }
   } else {
     m_hasGeneralCells = false;
-    m_reach = findBounds(run);
+    m_reach = findBounds(run, m_mesh->points, m_mesh->beginNode, m_mesh->numCells > 0 ? m_mesh->numNodes() : 0);
     m_bins.build(run, m_mesh->numCells, m_reach,
                  [&](std::size_t begin, std::size_t end, Box* boxes) { findBoxes(begin, end, boxes, faults); });
     m_reach.grow(m_reach.diagonal() * (m_hasGeneralCells ? CURVED_MARGIN : BOX_MARGIN));
@@ -154,26 +154,6 @@ bool VolumeLocator::checkAxes(Faults& faults) const {
       }
   }
   return true;
-}
-
-Box VolumeLocator::findBounds(Run& run) const {
-  const std::size_t begin = m_mesh->beginNode;
-  const std::size_t numNodes = m_mesh->numCells > 0 ? std::max(m_mesh->endNode, begin) - begin : 0;
-  std::vector<Box> parts((numNodes + NODES_PER_STEP - 1) / NODES_PER_STEP);
-  run.phase("find bounds", parts.size(), [&](std::size_t step) {
-    const std::size_t end = std::min((step + 1) * NODES_PER_STEP, numNodes);
-    Box box;
-    for (std::size_t n = step * NODES_PER_STEP; n < end; ++n)
-      if (const Vec3 p = m_mesh->points[begin + n]; isFinite(p)) box.add(p);
-    parts[step] = box;
-  });
-  Box bounds;
-  for (const Box& part : parts)
-    if (!part.isEmpty()) {
-      bounds.add(part.low);
-      bounds.add(part.high);
-    }
-  return bounds;
 }
 
 bool VolumeLocator::isGeneral(std::size_t cell) const {
@@ -224,7 +204,7 @@ Box VolumeLocator::generalBox(std::size_t cell, CellCode code, Faults& faults) {
   Box box;
   for (std::size_t i = 0; i < general->getNumNodes(); ++i) {
     const std::size_t node = general->getNodeIndex(i);
-    if (node < m_mesh->beginNode || node >= m_mesh->endNode) {
+    if (!m_mesh->hasNode(node)) {
       faults.add(Faults::NODE_OUT_OF_RANGE, cell);
       return {};
     }

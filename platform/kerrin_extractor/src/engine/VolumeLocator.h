@@ -64,7 +64,6 @@ private:
   bool checkAxes(Faults& faults) const;
   void findBoxes(std::size_t begin, std::size_t end, Box* boxes, Faults& faults);
   Box generalBox(std::size_t cell, CellCode code, Faults& faults);
-  Box findBounds(Run& run) const;
 
   bool m_hasAxes; ///< no bins are needed
   std::function<MeshView()> m_makeView;
