@@ -87,82 +87,104 @@ PlaneGrid::Range PlaneGrid::rangeIn(const Box& box, std::string& fault) const {
   return range;
 }
 
-void PlaneSampler::sample(Run& run, const VolumeLocator& locator, const PlaneGrid& grid, SurfaceData& output,
-                          NodeWeights& sources, Faults& faults) {
-  std::string fault;
-  const PlaneGrid::Range range = grid.rangeIn(locator.reach(), fault);
-  if (!fault.empty()) faults.post(fault);
-  const std::size_t numI = range.counts[0];
-  const std::size_t numJ = numI > 1 ? range.counts[1] : 0;
-  const std::size_t rowsPerStep = std::max<std::size_t>(1, POINTS_PER_STEP / std::max<std::size_t>(numI, 1));
-  const std::size_t numSteps = (numJ + rowsPerStep - 1) / rowsPerStep;
-  const auto forRows = [&](std::size_t step, const auto& visit) {
-    for (std::size_t j = step * rowsPerStep; j < std::min((step + 1) * rowsPerStep, numJ); ++j)
-      visit(j);
-  };
-  const auto nodeAt = [&](std::size_t i, std::size_t j, double shift) {
-    return grid.node(range, static_cast<double>(i) + shift, static_cast<double>(j) + shift);
+namespace {
+
+/// What the passes over a grid share. Rows are located, counted and written on their own.
+class Sampling {
+public:
+  Sampling(const VolumeLocator& locator, const PlaneGrid& grid, const PlaneGrid::Range& range)
+      : m_locator(locator)
+      , m_grid(grid)
+      , m_range(range)
+      , m_numI(range.counts[0])
+      , m_rows(m_numI > 1 ? range.counts[1] : 0)
+      , m_isFound(m_numI * m_rows.size(), 0) {}
+
+  std::size_t numRows() const { return m_rows.size(); }
+  void locate(std::size_t j);
+  void count(std::size_t j);
+  /// Makes room for what was counted.
+  void place(SurfaceData& output, NodeWeights& sources);
+  void writeVertices(std::size_t j, SurfaceData& output, NodeWeights& sources) const;
+  /// The quadrangles between a row and the next.
+  void writeQuads(std::size_t j, SurfaceData& output) const;
+
+private:
+  /// The cells at the nodes of a row, and the numbers of its vertices.
+  struct Numbering {
+    std::vector<std::size_t> cells;
+    std::vector<std::int32_t> vertices;
   };
 
-  std::vector<Row> rows(numJ);
-  std::vector<std::uint8_t> isFound(numI * numJ, 0);
-  run.phase("locate", numSteps, [&](std::size_t step) {
-    CellHit hit;
-    forRows(step, [&](std::size_t j) {
-      for (std::size_t i = 0; i < numI; ++i) {
-        if (!locator.find(nodeAt(i, j, 0.0), hit)) continue;
-        isFound[i + numI * j] = 1;
-        rows[j].cells.push_back(hit.cell);
-        for (std::size_t n = 0; n < hit.numNodes(); ++n)
-          rows[j].weights.push_back(hit.weight(n));
-      }
-    });
-  });
-
-  const auto isQuad = [&](std::size_t i, std::size_t j) { // by its first corner
-    if (i + 1 >= numI || j + 1 >= numJ) return false;
-    const std::uint8_t* corner = isFound.data() + i + numI * j;
-    return (corner[0] & corner[1] & corner[numI] & corner[numI + 1]) != 0;
-  };
-  const auto isUsed = [&](std::size_t i, std::size_t j) {
+  Vec3 nodeAt(std::size_t i, std::size_t j, double shift) const {
+    return m_grid.node(m_range, static_cast<double>(i) + shift, static_cast<double>(j) + shift);
+  }
+  /// Whether there is a quadrangle, by its first corner.
+  bool isQuad(std::size_t i, std::size_t j) const {
+    if (i + 1 >= m_numI || j + 1 >= m_rows.size()) return false;
+    const std::uint8_t* corner = m_isFound.data() + i + m_numI * j;
+    return (corner[0] & corner[1] & corner[m_numI] & corner[m_numI + 1]) != 0;
+  }
+  bool isUsed(std::size_t i, std::size_t j) const {
     return isQuad(i, j) || (i > 0 && isQuad(i - 1, j)) ||
            (j > 0 && (isQuad(i, j - 1) || (i > 0 && isQuad(i - 1, j - 1))));
-  };
+  }
   /// Visits `(i, cell, weights)` of the found nodes of a row that a quadrangle uses; leaves `hit` with the cell's
   /// nodes.
-  const auto forVertices = [&](std::size_t j, CellHit& hit, const auto& visit) {
-    const double* weights = rows[j].weights.data();
+  template <class Visit>
+  void forVertices(std::size_t j, CellHit& hit, const Visit& visit) const {
+    const double* weights = m_rows[j].weights.data();
     std::size_t found = 0;
-    for (std::size_t i = 0; i < numI; ++i) {
-      if (!isFound[i + numI * j]) continue;
-      const std::size_t cell = rows[j].cells[found++];
-      locator.loadNodes(cell, hit);
+    for (std::size_t i = 0; i < m_numI; ++i) {
+      if (!m_isFound[i + m_numI * j]) continue;
+      const std::size_t cell = m_rows[j].cells[found++];
+      m_locator.loadNodes(cell, hit);
       if (isUsed(i, j)) visit(i, cell, weights);
       weights += hit.numNodes();
     }
-  };
-  run.phase("count", numSteps, [&](std::size_t step) {
-    CellHit hit;
-    forRows(step, [&](std::size_t j) {
-      Row& row = rows[j];
-      forVertices(j, hit, [&](std::size_t i, std::size_t, const double* weights) {
-        row.numVertices += 1;
-        row.numQuads += isQuad(i, j);
-        row.numEntries += static_cast<std::size_t>(
-            std::count_if(weights, weights + hit.numNodes(), [](double w) { return w != 0.0; }));
-      });
-    });
-  });
+  }
+  Numbering numberingOf(std::size_t j) const;
 
+  const VolumeLocator& m_locator;
+  const PlaneGrid& m_grid;
+  PlaneGrid::Range m_range;
+  std::size_t m_numI;
+  std::vector<Row> m_rows;
+  std::vector<std::uint8_t> m_isFound; ///< for each node
+};
+
+void Sampling::locate(std::size_t j) {
+  CellHit hit;
+  for (std::size_t i = 0; i < m_numI; ++i) {
+    if (!m_locator.find(nodeAt(i, j, 0.0), hit)) continue;
+    m_isFound[i + m_numI * j] = 1;
+    m_rows[j].cells.push_back(hit.cell);
+    for (std::size_t n = 0; n < hit.numNodes(); ++n)
+      m_rows[j].weights.push_back(hit.weight(n));
+  }
+}
+
+void Sampling::count(std::size_t j) {
+  CellHit hit;
+  Row& row = m_rows[j];
+  forVertices(j, hit, [&](std::size_t i, std::size_t, const double* weights) {
+    row.numVertices += 1;
+    row.numQuads += isQuad(i, j);
+    row.numEntries +=
+        static_cast<std::size_t>(std::count_if(weights, weights + hit.numNodes(), [](double w) { return w != 0.0; }));
+  });
+}
+
+void Sampling::place(SurfaceData& output, NodeWeights& sources) {
   std::size_t numVertices = 0;
   std::size_t numQuads = 0;
   std::size_t numEntries = 0;
-  for (Row& row : rows) { // each count becomes what is in front of the row
+  for (Row& row : m_rows) { // each count becomes what is in front of the row
     numVertices += std::exchange(row.numVertices, numVertices);
     numQuads += std::exchange(row.numQuads, numQuads);
     numEntries += std::exchange(row.numEntries, numEntries);
   }
-  const MeshView& mesh = locator.mesh();
+  const MeshView& mesh = m_locator.mesh();
   output.indices.resize(5 * numQuads);
   output.inputCells.resize(numQuads, mesh.numCells);
   output.vertices.resize(3 * numVertices);
@@ -173,48 +195,75 @@ void PlaneSampler::sample(Run& run, const VolumeLocator& locator, const PlaneGri
   sources.begins[numVertices] = numEntries;
   sources.nodes.resize(numEntries, mesh.endNode);
   sources.weights.resize(numEntries);
+}
 
-  run.phase("write", numSteps, [&](std::size_t step) {
-    CellHit hit;
-    std::vector<std::size_t> cells[2]; // at the nodes of this row and the next
-    std::vector<std::int32_t> numbers[2];
-    const auto number = [&](std::size_t j, std::size_t slot) {
-      cells[slot].resize(numI);
-      numbers[slot].resize(numI);
-      auto next = static_cast<std::int32_t>(rows[j].numVertices);
-      forVertices(j, hit, [&](std::size_t i, std::size_t cell, const double*) {
-        cells[slot][i] = cell;
-        numbers[slot][i] = next++;
-      });
-    };
-    forRows(step, [&](std::size_t j) {
-      std::size_t vertex = rows[j].numVertices;
-      std::size_t entry = rows[j].numEntries;
-      forVertices(j, hit, [&](std::size_t i, std::size_t, const double* weights) {
-        const Vec3 p = nodeAt(i, j, 0.0);
-        for (std::size_t axis = 0; axis < 3; ++axis)
-          output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
-        sources.begins[vertex++] = entry;
-        for (std::size_t n = 0; n < hit.numNodes(); ++n) {
-          if (weights[n] == 0.0) continue; // such a node has no say, even if it has no value
-          sources.nodes.set(entry, hit.node(n));
-          sources.weights[entry++] = weights[n];
-        }
-      });
-      if (j + 1 == numJ) return;
-      number(j, 0);
-      number(j + 1, 1);
-      std::size_t quad = rows[j].numQuads;
-      for (std::size_t i = 0; i < numI; ++i) {
-        if (!isQuad(i, j)) continue;
-        const std::int32_t corners[5] = {numbers[0][i], numbers[0][i + 1], numbers[1][i + 1], numbers[1][i], -1};
-        std::copy(corners, corners + 5, output.indices.data() + 5 * quad);
-        std::size_t cell = cells[0][i];
-        const bool isInOne = cells[0][i + 1] == cell && cells[1][i] == cell && cells[1][i + 1] == cell;
-        if (!isInOne && locator.find(nodeAt(i, j, 0.5), hit)) cell = hit.cell;
-        output.inputCells.set(quad++, cell);
-      }
+void Sampling::writeVertices(std::size_t j, SurfaceData& output, NodeWeights& sources) const {
+  CellHit hit;
+  std::size_t vertex = m_rows[j].numVertices;
+  std::size_t entry = m_rows[j].numEntries;
+  forVertices(j, hit, [&](std::size_t i, std::size_t, const double* weights) {
+    const Vec3 p = nodeAt(i, j, 0.0);
+    for (std::size_t axis = 0; axis < 3; ++axis)
+      output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+    sources.begins[vertex++] = entry;
+    for (std::size_t n = 0; n < hit.numNodes(); ++n) {
+      if (weights[n] == 0.0) continue; // such a node has no say, even if it has no value
+      sources.nodes.set(entry, hit.node(n));
+      sources.weights[entry++] = weights[n];
+    }
+  });
+}
+
+Sampling::Numbering Sampling::numberingOf(std::size_t j) const {
+  CellHit hit;
+  Numbering numbering{std::vector<std::size_t>(m_numI), std::vector<std::int32_t>(m_numI)};
+  auto next = static_cast<std::int32_t>(m_rows[j].numVertices);
+  forVertices(j, hit, [&](std::size_t i, std::size_t cell, const double*) {
+    numbering.cells[i] = cell;
+    numbering.vertices[i] = next++;
+  });
+  return numbering;
+}
+
+void Sampling::writeQuads(std::size_t j, SurfaceData& output) const {
+  if (j + 1 == m_rows.size()) return;
+  const Numbering low = numberingOf(j);
+  const Numbering high = numberingOf(j + 1);
+  CellHit hit;
+  std::size_t quad = m_rows[j].numQuads;
+  for (std::size_t i = 0; i < m_numI; ++i) {
+    if (!isQuad(i, j)) continue;
+    const std::int32_t corners[5] = {low.vertices[i], low.vertices[i + 1], high.vertices[i + 1], high.vertices[i], -1};
+    std::copy(corners, corners + 5, output.indices.data() + 5 * quad);
+    std::size_t cell = low.cells[i];
+    const bool isInOne = low.cells[i + 1] == cell && high.cells[i] == cell && high.cells[i + 1] == cell;
+    if (!isInOne && m_locator.find(nodeAt(i, j, 0.5), hit)) cell = hit.cell;
+    output.inputCells.set(quad++, cell);
+  }
+}
+
+} // namespace
+
+void PlaneSampler::sample(Run& run, const VolumeLocator& locator, const PlaneGrid& grid, SurfaceData& output,
+                          NodeWeights& sources, Faults& faults) {
+  std::string fault;
+  const PlaneGrid::Range range = grid.rangeIn(locator.reach(), fault);
+  if (!fault.empty()) faults.post(fault);
+  Sampling sampling(locator, grid, range);
+  const std::size_t numRows = sampling.numRows();
+  const std::size_t rowsPerStep = std::max<std::size_t>(1, POINTS_PER_STEP / std::max<std::size_t>(range.counts[0], 1));
+  const auto forRows = [&](const char* phase, const auto& visit) {
+    run.phase(phase, (numRows + rowsPerStep - 1) / rowsPerStep, [&](std::size_t step) {
+      for (std::size_t j = step * rowsPerStep; j < std::min((step + 1) * rowsPerStep, numRows); ++j)
+        visit(j);
     });
+  };
+  forRows("locate", [&](std::size_t j) { sampling.locate(j); });
+  forRows("count", [&](std::size_t j) { sampling.count(j); });
+  sampling.place(output, sources);
+  forRows("write", [&](std::size_t j) {
+    sampling.writeVertices(j, output, sources);
+    sampling.writeQuads(j, output);
   });
 }
 
