@@ -103,36 +103,33 @@ Arrays KbMeshMaker::lattice(const KbIndex<3>& counts, double warp, const Field& 
   return arrays;
 }
 
-Arrays KbMeshMaker::hexahedra(const KbIndex<3>& counts, double warp, const Field& field) {
-  Arrays arrays = lattice(counts, warp, field);
-  arrays.shapes = {KiVolumeCell::HEXAHEDRON};
-  arrays.connectivity.reserve(8 * KbProduct(counts));
-  forEachCell(counts, [&](const Corners& c, std::size_t, std::size_t, std::size_t) {
-    addNodes(arrays, c, {0, 1, 2, 3, 4, 5, 6, 7});
-  });
+namespace {
+
+/// The cells of a lattice, each divided into cells of one shape, whose corners are told one after the other.
+Arrays divide(KiVolumeCell::Shape shape, const KbIndex<3>& counts, double warp, const KbMeshMaker::Field& field,
+              std::initializer_list<std::size_t> corners) {
+  Arrays arrays = KbMeshMaker::lattice(counts, warp, field);
+  arrays.shapes = {static_cast<std::uint8_t>(shape)};
+  arrays.connectivity.reserve(corners.size() * KbProduct(counts));
+  forEachCell(counts, [&](const Corners& c, std::size_t, std::size_t, std::size_t) { addNodes(arrays, c, corners); });
   return arrays;
+}
+
+} // namespace
+
+Arrays KbMeshMaker::hexahedra(const KbIndex<3>& counts, double warp, const Field& field) {
+  return divide(KiVolumeCell::HEXAHEDRON, counts, warp, field, {0, 1, 2, 3, 4, 5, 6, 7});
 }
 
 Arrays KbMeshMaker::tetrahedra(const KbIndex<3>& counts, double warp, const Field& field) {
-  Arrays arrays = lattice(counts, warp, field);
-  arrays.shapes = {KiVolumeCell::TETRAHEDRON};
-  arrays.connectivity.reserve(24 * KbProduct(counts));
   // From corner 0 to corner 6 one axis at a time: xyz, yzx, zxy, and xzy, zyx, yxz with the middle corners exchanged,
   // so that no cell is inverted.
-  forEachCell(counts, [&](const Corners& c, std::size_t, std::size_t, std::size_t) {
-    addNodes(arrays, c, {0, 1, 2, 6, 0, 3, 7, 6, 0, 4, 5, 6, 0, 5, 1, 6, 0, 7, 4, 6, 0, 2, 3, 6});
-  });
-  return arrays;
+  return divide(KiVolumeCell::TETRAHEDRON, counts, warp, field,
+                {0, 1, 2, 6, 0, 3, 7, 6, 0, 4, 5, 6, 0, 5, 1, 6, 0, 7, 4, 6, 0, 2, 3, 6});
 }
 
 Arrays KbMeshMaker::wedges(const KbIndex<3>& counts, double warp, const Field& field) {
-  Arrays arrays = lattice(counts, warp, field);
-  arrays.shapes = {KiVolumeCell::WEDGE};
-  arrays.connectivity.reserve(12 * KbProduct(counts));
-  forEachCell(counts, [&](const Corners& c, std::size_t, std::size_t, std::size_t) {
-    addNodes(arrays, c, {0, 1, 2, 4, 5, 6, 0, 2, 3, 4, 6, 7});
-  });
-  return arrays;
+  return divide(KiVolumeCell::WEDGE, counts, warp, field, {0, 1, 2, 4, 5, 6, 0, 2, 3, 4, 6, 7});
 }
 
 Arrays KbMeshMaker::pyramids(const KbIndex<3>& counts, double warp, const Field& field) {
