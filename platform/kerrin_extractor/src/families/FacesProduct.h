@@ -50,7 +50,7 @@ public:
   const KeXSurfaceMeshUnstructured& extract(KiExtractorCallback* callback, const KiTessellator* tessellator,
                                             const Filter* filter) {
     m_target = SURFACE;
-    return m_surface.update(callback, filter, parametersOf(tessellator), numPhases(tessellator),
+    return m_surface.update(callback, filter, requestOf(tessellator), numPhases(tessellator),
                             [&](Run& run, const View& view, SurfaceData& data, Faults& faults) {
                               write(run, view, tessellator, {data, m_surfaceBlends}, faults);
                             });
@@ -63,7 +63,7 @@ public:
     const bool isSplit = splits(tessellator);
     const std::size_t numFacePhases = isSplit ? numPhases(tessellator) : Faces::NUM_COLLECT_PHASES;
     return m_lines.update(
-        callback, filter, parametersOf(tessellator), numFacePhases + OutlineTracer::NUM_PHASES,
+        callback, filter, requestOf(tessellator), numFacePhases + OutlineTracer::NUM_PHASES,
         [&](Run& run, const View& view, LineData& data, Faults& faults) {
           m_lineBlends = NodeBlends();
           if (isSplit) {
@@ -109,11 +109,7 @@ public:
   const KeXLineMeshUnstructured& lines() const { return m_lines.output(); }
 
 private:
-  std::vector<std::size_t> parametersOf(const KiTessellator* tessellator) const {
-    std::vector<std::size_t> parameters = m_faces.parameters();
-    parameters.push_back(tessellator ? tessellator->getTimeStamp() : 0);
-    return parameters;
-  }
+  Request requestOf(const KiTessellator* tessellator) const { return Request(m_faces.parameters()).add(tessellator); }
   /// Whether faces are subdivided.
   bool splits(const KiTessellator* tessellator) { return tessellator && hasQuadraticCells(); }
   std::size_t numPhases(const KiTessellator* tessellator) {
