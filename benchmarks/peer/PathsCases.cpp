@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Point probes and streamlines.
 #include "peer/Measures.h"
-#include "peer/PeerData.h"
 #include "peer/PeerRunner.h"
-#include "peer/PlainViews.h"
-#include "peer/VtkInput.h"
+#include "peer/VolumeInputs.h"
 
 #include <KerrinExtractor/KiPointProbeUnstructured.h>
 #include <KerrinExtractor/KiStreamlineExtractIjk.h>
 #include <KerrinExtractor/KiStreamlineExtractUnstructured.h>
-#include <KerrinMesh/KbDataSet.h>
-#include <KerrinMesh/KbVolumeMeshRegular.h>
-#include <KerrinMesh/KbVolumeMeshUnstructured.h>
 
 #include <vtkCellLocatorInterpolatedVelocityField.h>
 #include <vtkCellTreeLocator.h>
@@ -44,17 +39,11 @@ std::vector<Vec3> randomPoints(std::size_t count, double low, double high, std::
 }
 
 /// Locator and 100 000 probes; "next" is the probes alone.
-template <class PeerLocator>
+template <class Input, class PeerLocator>
 class ProbeJob final : public Job {
 public:
-  ProbeJob(KbMeshMaker::Arrays arrays, KiVolumeCell::Shape shape, std::size_t nodesPerCell, int vtkType)
-      : m_arrays(std::move(arrays))
-      , m_cells(m_arrays.connectivity, nodesPerCell)
-      , m_mesh(m_arrays.coordinates, {shape, m_cells.connectivity})
-      , m_set("f", DataBinding::PER_NODE, m_arrays.values)
-      , m_plainMesh(m_mesh)
-      , m_plainSet(m_set)
-      , m_grid(makeGrid(m_arrays, m_cells, vtkType))
+  explicit ProbeJob(std::size_t numCells)
+      : m_input(numCells)
       , m_points(randomPoints(100000, 0.05, 0.95, 12345))
       , m_ours(m_points.size())
       , m_theirs(m_points.size()) {}
@@ -63,21 +52,21 @@ public:
     const bool hasArrays = access == Access::ARRAYS;
     m_first.reset();
     m_first.reset(KiPointProbeUnstructured::getNewInstance(
-        hasArrays ? static_cast<const KiVolumeMeshUnstructured&>(m_mesh) : m_plainMesh, true));
-    probe(*m_first, hasArrays ? static_cast<const KiDataSetI<double>&>(m_set) : m_plainSet);
+        hasArrays ? static_cast<const KiVolumeMeshUnstructured&>(m_input.mesh) : m_input.plainMesh, true));
+    probe(*m_first, hasArrays ? static_cast<const KiDataSetI<double>&>(m_input.set) : m_input.plainSet);
   }
   void runNext(int) override {
-    if (!m_next) m_next.reset(KiPointProbeUnstructured::getNewInstance(m_mesh, true));
-    probe(*m_next, m_set);
+    if (!m_next) m_next.reset(KiPointProbeUnstructured::getNewInstance(m_input.mesh, true));
+    probe(*m_next, m_input.set);
   }
   bool runNextVirtual(int) override {
-    if (!m_nextVirtual) m_nextVirtual.reset(KiPointProbeUnstructured::getNewInstance(m_plainMesh, true));
-    probe(*m_nextVirtual, m_plainSet);
+    if (!m_nextVirtual) m_nextVirtual.reset(KiPointProbeUnstructured::getNewInstance(m_input.plainMesh, true));
+    probe(*m_nextVirtual, m_input.plainSet);
     return true;
   }
   void runPeer() override {
     const vtkNew<PeerLocator> locator;
-    locator->SetDataSet(m_grid);
+    locator->SetDataSet(m_input.grid);
     locator->BuildLocator();
     // As vtkSMPTools would run it, whose header this language version refuses.
     using Range = oneapi::tbb::blocked_range<std::size_t>;
@@ -91,7 +80,7 @@ public:
         if (locator->FindCell(position, 0.0, cell, coordinates, weights) >= 0)
           for (vtkIdType n = 0; n < cell->GetNumberOfPoints(); ++n) {
             const vtkIdType node = cell->GetPointId(static_cast<int>(n));
-            value += weights[n] * static_cast<double>(m_arrays.values[static_cast<std::size_t>(node)]);
+            value += weights[n] * static_cast<double>(m_input.arrays.values[static_cast<std::size_t>(node)]);
           }
         m_theirs[i] = value;
       }
@@ -99,7 +88,7 @@ public:
   }
   double measureOurs() const override { return std::accumulate(m_ours.begin(), m_ours.end(), 0.0); }
   double measurePeer() const override { return std::accumulate(m_theirs.begin(), m_theirs.end(), 0.0); }
-  std::size_t numInputCells() const override { return m_mesh.getTopology().getNumCells(); }
+  std::size_t numInputCells() const override { return m_input.mesh.getTopology().getNumCells(); }
   std::size_t numOutputCells() const override { return m_points.size(); }
   /// The values are in memory of the caller.
   std::shared_ptr<void> copyOutput() const override { return std::make_shared<int>(); }
@@ -109,13 +98,7 @@ private:
     probe.probe(m_points.data(), m_points.size(), nullptr, set, nullptr, m_ours.data());
   }
 
-  KbMeshMaker::Arrays m_arrays;
-  Cells m_cells;
-  KbVolumeMeshUnstructured m_mesh;
-  KbScalarSetI m_set;
-  PlainVolumeMesh m_plainMesh;
-  PlainScalarSetI m_plainSet;
-  vtkNew<vtkUnstructuredGrid> m_grid;
+  Input m_input;
   std::vector<Vec3> m_points;
   std::vector<double> m_ours;
   std::vector<double> m_theirs;
@@ -328,10 +311,7 @@ std::vector<Growth> pathsGrowth() {
   return {
       {"probes_hexahedra",
        {64, 96, 128, 160},
-       [](std::size_t n) {
-         return std::make_unique<ProbeJob<vtkStaticCellLocator>>(KbMeshMaker::hexahedra({n, n, n}, warp),
-                                                                 KiVolumeCell::HEXAHEDRON, 8, VTK_HEXAHEDRON);
-       }},
+       [](std::size_t n) { return std::make_unique<ProbeJob<HexahedraInput, vtkStaticCellLocator>>(n); }},
       {"streamlines_hexahedra",
        {64, 96, 128, 160},
        [](std::size_t n) { return std::make_unique<HexahedraStreamlineJob>(n); }},
@@ -343,16 +323,8 @@ std::vector<Case> pathsCases() {
   constexpr double BYTES_PER_CELL = 32;
   return {
       {"probes_hexahedra_100", true,
-       [] {
-         return std::make_unique<ProbeJob<vtkStaticCellLocator>>(KbMeshMaker::hexahedra({100, 100, 100}, warp),
-                                                                 KiVolumeCell::HEXAHEDRON, 8, VTK_HEXAHEDRON);
-       },
-       false, BYTES_PER_CELL},
-      {"probes_tetrahedra_60", true,
-       [] {
-         return std::make_unique<ProbeJob<vtkCellTreeLocator>>(KbMeshMaker::tetrahedra({60, 60, 60}, warp),
-                                                               KiVolumeCell::TETRAHEDRON, 4, VTK_TETRA);
-       },
+       [] { return std::make_unique<ProbeJob<HexahedraInput, vtkStaticCellLocator>>(100); }, false, BYTES_PER_CELL},
+      {"probes_tetrahedra_60", true, [] { return std::make_unique<ProbeJob<TetrahedraInput, vtkCellTreeLocator>>(60); },
        false, BYTES_PER_CELL},
       {"streamlines_regular_128", true, [] { return std::make_unique<RegularStreamlineJob>(128); }, false,
        BYTES_PER_CELL},

@@ -1,18 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Skins of volume meshes with a set carried over, and the feature edges of a skin.
-#include "peer/Measures.h"
-#include "peer/PeerData.h"
-#include "peer/PeerRunner.h"
-#include "peer/PlainViews.h"
-#include "peer/VtkInput.h"
+#include "peer/VolumeInputs.h"
+#include "peer/VolumeJob.h"
 
 #include <KerrinExtractor/KiOutlineExtractUnstructured.h>
 #include <KerrinExtractor/KiSkinExtractIjk.h>
 #include <KerrinExtractor/KiSkinExtractUnstructured.h>
-#include <KerrinMesh/KbDataSet.h>
 #include <KerrinMesh/KbSurfaceMeshUnstructured.h>
-#include <KerrinMesh/KbVolumeMeshCurvilinear.h>
-#include <KerrinMesh/KbVolumeMeshUnstructured.h>
 
 #include <vtkDataSetSurfaceFilter.h>
 #include <vtkFeatureEdges.h>
@@ -22,87 +16,38 @@ namespace peer {
 namespace {
 
 /// The skin and the set's values on it. `Bound` is the type of a cell range's ends.
-template <class Extractor, class Mesh, class Set, class Bound>
-class SkinJob : public Job {
+template <class Input, class Extractor, class Bound>
+class SkinJob final : public VolumeJob<Input, Extractor> {
 public:
-  explicit SkinJob(KbMeshMaker::Arrays arrays)
-      : m_arrays(std::move(arrays)) {}
-
-  void runFirst(Access access) override {
-    const bool hasArrays = access == Access::ARRAYS;
-    m_first.reset();
-    m_first.reset(Extractor::getNewInstance(hasArrays ? *m_mesh : *m_plainMesh, true, nullptr));
-    m_first->extract(nullptr);
-    m_first->extractScalarSet(hasArrays ? *m_set : *m_plainSet);
+  explicit SkinJob(std::size_t numCells)
+      : VolumeJob<Input, Extractor>(numCells) {
+    m_filter->SetInputData(this->input.grid);
   }
-  /// All cells, by a range and without one.
-  void runNext(int turn) override {
-    if (!m_next) m_next.reset(Extractor::getNewInstance(*m_mesh, true, nullptr));
-    m_next->clearCellRanges();
-    if (turn % 2 == 0) m_next->addCellRange(Bound(std::size_t{0}), Bound(static_cast<std::size_t>(-1)));
-    m_next->extract(nullptr);
-    m_next->extractScalarSet(*m_set);
-  }
+  bool runNextVirtual(int) override { return false; }
   void runPeer() override {
     m_filter->Modified();
     m_filter->Update();
   }
-  double measureOurs() const override { return areaOf(m_first->getExtract()); }
   double measurePeer() const override { return areaOf(*m_filter->GetOutput()); }
-  std::size_t numInputCells() const override { return numCellsOf(*m_mesh); }
-  std::size_t numOutputCells() const override { return m_first->getExtract().getTopology().getNumCells(); }
   std::shared_ptr<void> copyOutput() const override {
-    return copyOf(m_first->getExtract(), *m_first->extractScalarSet(*m_set));
+    return copyOf(this->first().getExtract(), *this->first().extractScalarSet(this->set()));
   }
-
-protected:
-  void setInput(vtkDataSet* data) {
-    setValues(*data, m_arrays.values);
-    m_filter->SetInputData(data);
-  }
-
-  KbMeshMaker::Arrays m_arrays;
-  std::unique_ptr<Mesh> m_mesh;
-  std::unique_ptr<Mesh> m_plainMesh;
-  std::unique_ptr<Set> m_set;
-  std::unique_ptr<Set> m_plainSet;
 
 private:
-  std::unique_ptr<Extractor> m_first;
-  std::unique_ptr<Extractor> m_next;
+  /// All cells, without a range and by one.
+  void extract(Extractor& extractor, const typename Input::Set& set, int turn) const override {
+    extractor.clearCellRanges();
+    if (turn % 2 != 0) extractor.addCellRange(Bound(std::size_t{0}), Bound(static_cast<std::size_t>(-1)));
+    extractor.extract(nullptr);
+    extractor.extractScalarSet(set);
+  }
+
   vtkNew<vtkDataSetSurfaceFilter> m_filter;
 };
 
-class UnstructuredJob final
-    : public SkinJob<KiSkinExtractUnstructured, KiVolumeMeshUnstructured, KiDataSetI<double>, std::size_t> {
-public:
-  UnstructuredJob(KbMeshMaker::Arrays arrays, KiVolumeCell::Shape shape, std::size_t nodesPerCell, int vtkType)
-      : SkinJob(std::move(arrays))
-      , m_cells(m_arrays.connectivity, nodesPerCell) {
-    m_mesh = std::make_unique<KbVolumeMeshUnstructured>(m_arrays.coordinates, KbCells(shape, m_cells.connectivity));
-    m_set = std::make_unique<KbScalarSetI>("f", DataBinding::PER_NODE, m_arrays.values);
-    m_plainMesh = std::make_unique<PlainVolumeMesh>(*m_mesh);
-    m_plainSet = std::make_unique<PlainScalarSetI>(*m_set);
-    setInput(makeGrid(m_arrays, m_cells, vtkType));
-  }
-
-private:
-  Cells m_cells;
-};
-
-class CurvilinearJob final
-    : public SkinJob<KiSkinExtractIjk, KiVolumeMeshCurvilinear, KiDataSetIjk<double>, KbVec3<std::size_t>> {
-public:
-  explicit CurvilinearJob(std::size_t n)
-      : SkinJob(KbMeshMaker::lattice({n, n, n}, warp)) {
-    m_mesh = std::make_unique<KbVolumeMeshCurvilinear>(KbIndex<3>{n, n, n}, m_arrays.coordinates);
-    m_set =
-        std::make_unique<KbScalarSetIjk>("f", DataBinding::PER_NODE, m_arrays.values, KbIndex<3>{n + 1, n + 1, n + 1});
-    m_plainMesh = std::make_unique<PlainCurvilinearMesh>(*m_mesh);
-    m_plainSet = std::make_unique<PlainScalarSetIjk>(*m_set);
-    setInput(makeCurvilinearGrid(m_arrays, n));
-  }
-};
+using HexahedraJob = SkinJob<HexahedraInput, KiSkinExtractUnstructured, std::size_t>;
+using TetrahedraJob = SkinJob<TetrahedraInput, KiSkinExtractUnstructured, std::size_t>;
+using CurvilinearJob = SkinJob<CurvilinearInput, KiSkinExtractIjk, KbVec3<std::size_t>>;
 
 /// The nodes and quadrangles of the skin of hexahedra over a warped lattice.
 KbMeshMaker::Arrays skinOfHexahedra(std::size_t n) {
@@ -185,16 +130,11 @@ private:
   vtkNew<vtkFeatureEdges> m_filter;
 };
 
-std::unique_ptr<Job> makeHexahedra(std::size_t n) {
-  return std::make_unique<UnstructuredJob>(KbMeshMaker::hexahedra({n, n, n}, warp), KiVolumeCell::HEXAHEDRON, 8,
-                                           VTK_HEXAHEDRON);
-}
-
 } // namespace
 
 std::vector<Growth> skinGrowth() {
   return {
-      {"skin_hexahedra", {64, 96, 128, 160, 192}, makeHexahedra},
+      {"skin_hexahedra", {64, 96, 128, 160, 192}, [](std::size_t n) { return std::make_unique<HexahedraJob>(n); }},
       {"feature_edges_of_skin", {64, 96, 128, 192}, [](std::size_t n) { return std::make_unique<FeatureEdgesJob>(n); }},
       {"skin_curvilinear",
        {64, 96, 128, 192, 256, 400},
@@ -204,13 +144,9 @@ std::vector<Growth> skinGrowth() {
 
 std::vector<Case> skinCases() {
   return {
-      {"skin_hexahedra_100", true, [] { return makeHexahedra(100); }},
-      {"skin_hexahedra_160", true, [] { return makeHexahedra(160); }},
-      {"skin_tetrahedra_60", true,
-       [] {
-         return std::make_unique<UnstructuredJob>(KbMeshMaker::tetrahedra({60, 60, 60}, warp),
-                                                  KiVolumeCell::TETRAHEDRON, 4, VTK_TETRA);
-       }},
+      {"skin_hexahedra_100", true, [] { return std::make_unique<HexahedraJob>(100); }},
+      {"skin_hexahedra_160", true, [] { return std::make_unique<HexahedraJob>(160); }},
+      {"skin_tetrahedra_60", true, [] { return std::make_unique<TetrahedraJob>(60); }},
       {"skin_curvilinear_128", true, [] { return std::make_unique<CurvilinearJob>(128); }},
       {"feature_edges_skin_100", true, [] { return std::make_unique<FeatureEdgesJob>(100); }},
   };

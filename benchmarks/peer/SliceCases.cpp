@@ -1,25 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Sections by planes and spheres, with the field interpolated on them.
-#include "peer/Measures.h"
-#include "peer/PeerData.h"
-#include "peer/PeerRunner.h"
-#include "peer/PlainViews.h"
-#include "peer/VtkInput.h"
+#include "peer/VolumeInputs.h"
+#include "peer/VolumeJob.h"
 
 #include <KerrinExtractor/KiPlaneSliceExtractIjk.h>
 #include <KerrinExtractor/KiPlaneSliceExtractUnstructured.h>
 #include <KerrinExtractor/KiSphereSliceExtractUnstructured.h>
-#include <KerrinMesh/KbDataSet.h>
-#include <KerrinMesh/KbVolumeMeshCurvilinear.h>
-#include <KerrinMesh/KbVolumeMeshRegular.h>
-#include <KerrinMesh/KbVolumeMeshUnstructured.h>
 
 #include <vtkCompositeDataIterator.h>
 #include <vtkCompositeDataSet.h>
 #include <vtkContour3DLinearGrid.h>
 #include <vtkCutter.h>
 #include <vtkFlyingEdgesPlaneCutter.h>
-#include <vtkImageData.h>
 #include <vtkPlane.h>
 #include <vtkPlaneCutter.h>
 #include <vtkPolyData.h>
@@ -79,35 +71,13 @@ double areaOfOutput(vtkAlgorithm& filter) {
   return area;
 }
 
-/// Our side of a slice, and the opponent's for a function of space and two filters: one for the first surface and one
-/// for changed functions (or the same one again).
-template <class Extractor, class Mesh, class Set, class Function, class PeerFunction>
-class SliceJob : public Job {
+/// A slice with the field on it, and the opponent's for a function of space and two filters: one for the first surface
+/// and one for changed functions (or the same one again).
+template <class Input, class Extractor, class Function, class PeerFunction>
+class SliceJob : public VolumeJob<Input, Extractor> {
 public:
-  SliceJob(const Mesh& mesh, const Set& set, const Mesh& plainMesh, const Set& plainSet)
-      : m_mesh(mesh)
-      , m_set(set)
-      , m_plainMesh(plainMesh)
-      , m_plainSet(plainSet) {}
+  using VolumeJob<Input, Extractor>::VolumeJob;
 
-  void runFirst(Access access) override {
-    const bool arrays = access == Access::ARRAYS;
-    m_first.reset();
-    m_first.reset(Extractor::getNewInstance(arrays ? m_mesh : m_plainMesh, true, nullptr));
-    Function(0).extract(*m_first);
-    m_first->extractScalarSet(arrays ? m_set : m_plainSet);
-  }
-  void runNext(int turn) override {
-    if (!m_next) m_next.reset(Extractor::getNewInstance(m_mesh, true, nullptr));
-    Function(turn).extract(*m_next);
-    m_next->extractScalarSet(m_set);
-  }
-  bool runNextVirtual(int turn) override {
-    if (!m_nextVirtual) m_nextVirtual.reset(Extractor::getNewInstance(m_plainMesh, true, nullptr));
-    Function(turn).extract(*m_nextVirtual);
-    m_nextVirtual->extractScalarSet(m_plainSet);
-    return true;
-  }
   void runPeer() override {
     Function(0).set(*m_peerFunction);
     m_peer->Modified();
@@ -117,27 +87,20 @@ public:
     Function(turn).set(*m_peerFunction);
     m_peerNext->Update();
   }
-  double measureOurs() const override { return areaOf(m_first->getExtract()); }
-  std::size_t numInputCells() const override { return numCellsOf(m_mesh); }
-  std::size_t numOutputCells() const override { return m_first->getExtract().getTopology().getNumCells(); }
   std::shared_ptr<void> copyOutput() const override {
-    return copyOf(m_first->getExtract(), *m_first->extractScalarSet(m_set));
+    return copyOf(this->first().getExtract(), *this->first().extractScalarSet(this->set()));
   }
   double measurePeer() const override { return areaOfOutput(*m_peer); }
 
 protected:
+  void extract(Extractor& extractor, const typename Input::Set& set, int turn) const override {
+    Function(turn).extract(extractor);
+    extractor.extractScalarSet(set);
+  }
+
   vtkNew<PeerFunction> m_peerFunction;
   vtkSmartPointer<vtkAlgorithm> m_peer;
   vtkSmartPointer<vtkAlgorithm> m_peerNext;
-
-private:
-  const Mesh& m_mesh;
-  const Set& m_set;
-  const Mesh& m_plainMesh;
-  const Set& m_plainSet;
-  std::unique_ptr<Extractor> m_first;
-  std::unique_ptr<Extractor> m_next;
-  std::unique_ptr<Extractor> m_nextVirtual;
 };
 
 template <class Data>
@@ -160,31 +123,12 @@ vtkSmartPointer<vtkAlgorithm> makeTreeCutter(Data& data, vtkPlane* plane) {
   return cutter;
 }
 
-// Each job's input is a base in front of the job itself, so that it is made first.
-
-struct RegularInput {
-  explicit RegularInput(std::size_t n)
-      : arrays(KbMeshMaker::lattice({n, n, n}))
-      , mesh({n, n, n}, {0, 0, 0}, {1, 1, 1})
-      , set("f", DataBinding::PER_NODE, arrays.values, {n + 1, n + 1, n + 1})
-      , plainSet(set) {}
-  KbMeshMaker::Arrays arrays;
-  KbVolumeMeshRegular mesh;
-  KbScalarSetIjk set;
-  PlainScalarSetIjk plainSet;
-};
-
-class RegularPlane final
-    : RegularInput,
-      public SliceJob<KiPlaneSliceExtractIjk, KiVolumeMeshRegular, KiDataSetIjk<double>, PlaneOfTurn, vtkPlane> {
+class RegularPlane final : public SliceJob<RegularInput, KiPlaneSliceExtractIjk, PlaneOfTurn, vtkPlane> {
 public:
   explicit RegularPlane(std::size_t numCells)
-      : RegularInput(numCells)
-      , SliceJob(mesh, set, mesh, plainSet) {
-    const vtkNew<vtkImageData> image = makeImage(numCells);
-    setValues(*image, arrays.values);
+      : SliceJob(numCells) {
     const vtkNew<vtkFlyingEdgesPlaneCutter> cutter;
-    cutter->SetInputData(image);
+    cutter->SetInputData(input.grid);
     cutter->SetPlane(m_peerFunction);
     cutter->ComputeNormalsOff();
     cutter->InterpolateAttributesOn();
@@ -192,74 +136,24 @@ public:
   }
 };
 
-struct CurvilinearInput {
-  explicit CurvilinearInput(std::size_t n)
-      : arrays(KbMeshMaker::lattice({n, n, n}, warp))
-      , mesh({n, n, n}, arrays.coordinates)
-      , set("f", DataBinding::PER_NODE, arrays.values, {n + 1, n + 1, n + 1})
-      , plainMesh(mesh)
-      , plainSet(set) {}
-  KbMeshMaker::Arrays arrays;
-  KbVolumeMeshCurvilinear mesh;
-  KbScalarSetIjk set;
-  PlainCurvilinearMesh plainMesh;
-  PlainScalarSetIjk plainSet;
-};
-
-class CurvilinearPlane final
-    : CurvilinearInput,
-      public SliceJob<KiPlaneSliceExtractIjk, KiVolumeMeshCurvilinear, KiDataSetIjk<double>, PlaneOfTurn, vtkPlane> {
+template <class Input, class Extractor>
+class GeneralPlane final : public SliceJob<Input, Extractor, PlaneOfTurn, vtkPlane> {
 public:
-  explicit CurvilinearPlane(std::size_t numCells)
-      : CurvilinearInput(numCells)
-      , SliceJob(mesh, set, plainMesh, plainSet) {
-    const vtkNew<vtkStructuredGrid> grid = makeCurvilinearGrid(arrays, numCells);
-    setValues(*grid, arrays.values);
-    m_peer = makeCutter(*grid, m_peerFunction);
-    m_peerNext = makeTreeCutter(*grid, m_peerFunction);
+  explicit GeneralPlane(std::size_t numCells)
+      : SliceJob<Input, Extractor, PlaneOfTurn, vtkPlane>(numCells) {
+    this->m_peer = makeCutter(*this->input.grid, this->m_peerFunction);
+    this->m_peerNext = makeTreeCutter(*this->input.grid, this->m_peerFunction);
   }
 };
+using CurvilinearPlane = GeneralPlane<CurvilinearInput, KiPlaneSliceExtractIjk>;
+using HexahedraPlane = GeneralPlane<HexahedraInput, KiPlaneSliceExtractUnstructured>;
 
-struct HexahedraInput {
-  explicit HexahedraInput(std::size_t n)
-      : arrays(KbMeshMaker::hexahedra({n, n, n}, warp))
-      , cells(arrays.connectivity, 8)
-      , mesh(arrays.coordinates, {KiVolumeCell::HEXAHEDRON, cells.connectivity})
-      , set("f", DataBinding::PER_NODE, arrays.values)
-      , plainMesh(mesh)
-      , plainSet(set)
-      , grid(makeGrid(arrays, cells, VTK_HEXAHEDRON)) {
-    setValues(*grid, arrays.values);
-  }
-  KbMeshMaker::Arrays arrays;
-  Cells cells;
-  KbVolumeMeshUnstructured mesh;
-  KbScalarSetI set;
-  PlainVolumeMesh plainMesh;
-  PlainScalarSetI plainSet;
-  vtkNew<vtkUnstructuredGrid> grid;
-};
-
-class HexahedraPlane final : HexahedraInput,
-                             public SliceJob<KiPlaneSliceExtractUnstructured, KiVolumeMeshUnstructured,
-                                             KiDataSetI<double>, PlaneOfTurn, vtkPlane> {
-public:
-  explicit HexahedraPlane(std::size_t numCells)
-      : HexahedraInput(numCells)
-      , SliceJob(mesh, set, plainMesh, plainSet) {
-    m_peer = makeCutter(*grid, m_peerFunction);
-    m_peerNext = makeTreeCutter(*grid, m_peerFunction);
-  }
-};
-
-class HexahedraSphere final : HexahedraInput,
-                              public SliceJob<KiSphereSliceExtractUnstructured, KiVolumeMeshUnstructured,
-                                              KiDataSetI<double>, SphereOfTurn, vtkSphere> {
+class HexahedraSphere final
+    : public SliceJob<HexahedraInput, KiSphereSliceExtractUnstructured, SphereOfTurn, vtkSphere> {
 public:
   explicit HexahedraSphere(std::size_t numCells)
-      : HexahedraInput(numCells)
-      , SliceJob(mesh, set, plainMesh, plainSet) {
-    m_sampler->SetInputData(grid);
+      : SliceJob(numCells) {
+    m_sampler->SetInputData(input.grid);
     m_sampler->SetImplicitFunction(m_peerFunction);
     m_sampler->ComputeGradientsOff();
     const vtkNew<vtkContour3DLinearGrid> contour;
