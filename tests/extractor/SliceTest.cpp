@@ -190,10 +190,12 @@ struct ShakenCube {
   CellArrays<std::int32_t> cells;
 };
 
-/// Every cut of a living extractor, with and without what it keeps, is that of a fresh one.
+/// Every cut of a living extractor, with and without what it keeps, is that of a fresh one, also where squares are no
+/// longer floats.
 template <class Extractor, class Extract>
 void expectLivingAsFresh(const Extract& extract) {
-  for (const auto& [place, size] : {std::pair(0.0, 1.0), std::pair(-4e5, 3.0), std::pair(7e-9, 1e-8)}) {
+  for (const auto& [place, size] : {std::pair(0.0, 1.0), std::pair(-4e5, 3.0), std::pair(7e-9, 1e-8),
+                                    std::pair(0.0, 3e22), std::pair(0.0, 1e-24)}) {
     const ShakenCube shaken(place, size);
     const UnstructuredMesh<Access::RAW, std::int32_t, double> mesh(shaken.cube.xyz, shaken.cells);
     const std::unique_ptr<Extractor> living(Extractor::getNewInstance(mesh, true, nullptr));

@@ -260,18 +260,25 @@ std::size_t CellIndex::findByBoxes(std::size_t chunk, const Function& function, 
   if constexpr (std::is_same_v<Function, ImplicitFunction>) {
     std::fill_n(meets.begin(), count, std::uint8_t{1});
   } else {
-    const auto room = static_cast<float>(1e-5 * function.magnitude(chunkLow, chunkHigh));
+    const double magnitude = function.magnitude(chunkLow, chunkHigh);
     const std::uint8_t* steps = m_boxes.data() + 6 * chunk * CHUNK_BLOCKS;
-    const KbVec3<float> base(chunkLow);
-    const KbVec3<float> scale((chunkHigh - chunkLow) / NUM_STEPS);
-    for (std::size_t block = 0; block < count; ++block) {
-      const auto at = [&](std::size_t axis, std::size_t side) {
-        return base[axis] + scale[axis] * static_cast<float>(steps[(axis + side) * count + block]);
-      };
-      const BoundsOf<float> bounds =
-          function.template boundsOver<float>({at(0, 0), at(1, 0), at(2, 0)}, {at(0, 3), at(1, 3), at(2, 3)});
-      meets[block] = static_cast<std::uint8_t>((bounds.low <= room) & (bounds.high >= -room));
-    }
+    const auto look = [&]<class T>(T room) {
+      const KbVec3<T> base(chunkLow);
+      const KbVec3<T> scale((chunkHigh - chunkLow) / NUM_STEPS);
+      for (std::size_t block = 0; block < count; ++block) {
+        const auto at = [&](std::size_t axis, std::size_t side) {
+          return base[axis] + scale[axis] * static_cast<T>(steps[(axis + side) * count + block]);
+        };
+        const BoundsOf<T> bounds =
+            function.template boundsOver<T>({at(0, 0), at(1, 0), at(2, 0)}, {at(0, 3), at(1, 3), at(2, 3)});
+        meets[block] = static_cast<std::uint8_t>((bounds.low <= room) & (bounds.high >= -room));
+      }
+    };
+    // Squares leave the range of float long before the coordinates do.
+    if (1e-25 < magnitude && magnitude < 1e35)
+      look(static_cast<float>(1e-5 * magnitude));
+    else
+      look(1e-5 * magnitude);
   }
   const std::size_t begin = chunk * CHUNK;
   std::size_t numFound = 0;
