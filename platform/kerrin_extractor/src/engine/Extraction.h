@@ -131,6 +131,11 @@ public:
     return mapAll(callback, set, std::vector<Output*>{&output}, valueAtVertex).front();
   }
 
+  /// Whether `update` would find nothing to do.
+  template <class Filter>
+  bool isUpToDate(Request request, const Filter* filter) const {
+    return m_isValid && stateOf(request, filter) == m_state;
+  }
   /// Of the present or last `update`.
   const State& state() const { return m_state; }
 

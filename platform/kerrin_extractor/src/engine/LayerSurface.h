@@ -21,13 +21,11 @@ public:
   /// A position outside [0, number of cells] yields nothing.
   static void write(Run& run, const MeshView& mesh, std::size_t axis, double position, SurfaceData& output,
                     Faults& faults);
-  /// The value at an output vertex. A vertex on a node takes that node's value alone.
+  /// The value at an output vertex.
   static auto valueAt(const SurfaceData& data) {
     return [&data](const auto& values, std::size_t vertex) {
-      const auto a = values(data.edgeBegins[vertex]);
-      if (data.weights.size() == 0) return a; // a layer of faces as they are
-      const auto weight = static_cast<double>(data.weights[vertex]);
-      return weight == 0.0 ? a : a + (values(data.edgeEnds[vertex]) - a) * weight;
+      if (data.weights.size() == 0) return values(data.edgeBegins[vertex]); // a layer of faces as they are
+      return data.valueOnEdge(values, vertex);
     };
   }
 };

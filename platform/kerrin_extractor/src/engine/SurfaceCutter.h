@@ -2,15 +2,11 @@
 #pragma once
 
 #include "EdgePolygoniser.h"
-#include "ExtractedSet.h"
+#include "Extraction.h"
 #include "RowPolygoniser.h"
+#include "SurfaceMesh.h"
 
-#include <KerrinExtractor/KiExtractorCallback.h>
-
-#include <array>
-#include <functional>
-#include <map>
-#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -23,10 +19,8 @@ public:
   /// `name` is the extractor's class name, for messages and reports. The mesh must outlive this object.
   template <class Mesh>
   SurfaceCutter(const Mesh& mesh, bool parallel, std::string name)
-      : m_view([&mesh] { return MeshView(mesh); })
-      , m_stamps([&mesh] { return std::pair(mesh.getTopology().getTimeStamp(), mesh.getGeometry().getTimeStamp()); })
-      , m_parallel(parallel)
-      , m_name(std::move(name)) {}
+      : m_extraction(mesh, parallel, std::move(name))
+      , m_isParallel(parallel) {}
 
   /// The surface where a scalar set of either binding has the isovalue. `PER_CELL` values are averaged to the nodes,
   /// over the live, accepted cells around each. `Set` is `KiDataSetI<double>` or `KiDataSetIjk<double>`, `Filter`
@@ -46,61 +40,33 @@ public:
   template <class T, template <class> class Set>
   const KeXDataSetI<T>* mapSet(KiExtractorCallback* callback, const Set<T>& set);
 
-  const KeXSurfaceMeshUnstructured& output() const { return m_output; }
+  const KeXSurfaceMeshUnstructured& output() const { return m_output.mesh; }
   /// The output, for an owner that goes on with it after a cut.
-  SurfaceMesh& surface() { return m_output; }
-  const SurfaceMesh& surface() const { return m_output; }
-  std::size_t outputStamp() const { return m_output.outputStamp(); }
+  Output<SurfaceMesh>& surface() { return m_output; }
+  const Output<SurfaceMesh>& surface() const { return m_output; }
 
 private:
-  /// Isovalue, or the parameters of a function.
-  using Parameters = std::array<double, 7>;
-  /// All that the output depends on, besides the parameters.
-  struct Inputs {
-    std::size_t topologyStamp = 0;
-    std::size_t geometryStamp = 0;
-    const void* field = nullptr;
-    std::size_t fieldStamp = 0;
-    const void* filter = nullptr;
-    std::size_t filterStamp = 0;
-    friend bool operator==(const Inputs&, const Inputs&) = default;
-  };
-  template <class T>
-  struct MappedSet {
-    ExtractedSet<T> values;
-    std::size_t inputStamp = 0;
-    std::size_t outputStamp = 0;
-  };
-  template <class T>
-  using MappedSets = std::map<const void*, std::unique_ptr<MappedSet<T>>>;
+  using State = Extraction<MeshView>::State;
 
-  /// Runs the extraction frame around `makeField(mesh, faults)`, which yields the field or nothing.
+  /// Cuts the field that `makeField(mesh, fault)` yields; nothing, with a reason in `fault`, gives an empty output.
+  /// What the polygonisers keep of a field serves all requests of the same `field` and set.
   template <class Filter, class MakeField>
-  void extract(KiExtractorCallback* callback, const Parameters& parameters, double isovalue, const Inputs& inputs,
-               const Filter* filter, const MakeField& makeField);
-  void polygonise(KiExtractorCallback* callback, const Changes& changes, const MeshView& mesh, const ScalarField* field,
-                  double isovalue, Faults& faults);
-  void dropIndices();
-  void dropUnusedSets();
+  const KeXSurfaceMeshUnstructured& cut(KiExtractorCallback* callback, Request request, std::size_t field,
+                                        double isovalue, const Filter* filter, const MakeField& makeField);
+  /// Forgets what is kept of a field, unless it is that of the present state.
+  void keepIndexOf(std::size_t field);
+  void polygonise(Run& run, const MeshView& mesh, const ScalarField& field, double isovalue, Faults& faults);
 
-  std::function<MeshView()> m_view;
-  std::function<std::pair<std::size_t, std::size_t>()> m_stamps;
-  bool m_parallel;
-  std::string m_name;
+  Extraction<MeshView> m_extraction;
+  bool m_isParallel;
+  Output<SurfaceMesh> m_output;
 
-  bool m_isValid = false; ///< whether the output belongs to m_inputs and m_parameters
-  Inputs m_inputs;
-  Parameters m_parameters{};
-  SurfaceMesh m_output;
-
+  std::optional<State> m_indexInput; ///< what the following belong to
   EdgePolygoniser m_edges;
   RowPolygoniser m_rows;
   bool m_rowsHaveIndex = false;
   Array<double> m_nodeAverages;
   bool m_hasNodeAverages = false;
-
-  MappedSets<double> m_scalarSets;
-  MappedSets<KbVec3<double>> m_vectorSets;
 };
 
 } // namespace kx

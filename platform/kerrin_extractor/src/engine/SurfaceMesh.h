@@ -26,6 +26,14 @@ struct SurfaceData {
   std::size_t numCells() const { return inputCells.size(); }
   std::size_t numVertices() const { return vertices.size() / 3; }
   void clear();
+  /// The value at a vertex of an edge from those at the nodes. A vertex on its begin takes that value alone, even where
+  /// the other end has none.
+  template <class Values>
+  auto valueOnEdge(const Values& values, std::size_t vertex) const {
+    const auto a = values(edgeBegins[vertex]);
+    const auto weight = static_cast<double>(weights[vertex]);
+    return weight == 0.0 ? a : a + (values(edgeEnds[vertex]) - a) * weight;
+  }
 };
 
 /// The surface mesh that extractors yield. Geometry and topology are views of one `SurfaceData`, whose arrays exist

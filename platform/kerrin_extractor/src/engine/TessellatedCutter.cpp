@@ -7,6 +7,7 @@
 #include <KerrinExtractor/KiRawArrays.h>
 #include <KerrinExtractor/KxTimeStamp.h>
 
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -41,6 +42,14 @@ double findRoot(double guess, const Function& function) {
   }
   return t;
 }
+
+/// A subdivision as the output of an `Extraction`.
+struct Subdivision {
+  Tessellation& tessellation;
+  void clear() { tessellation.clear(); }
+  void commit(const InputAddress&) {}
+  void dropUnusedSets() {}
+};
 
 } // namespace
 
@@ -79,6 +88,7 @@ TessellatedCutter::TessellatedCutter(const KiVolumeMeshUnstructured& mesh, bool 
     , m_name(name)
     , m_tessellator(tessellator)
     , m_plain(mesh, parallel, name)
+    , m_subdivision(mesh, parallel, name)
     , m_values(std::make_unique<Values>())
     , m_filter(m_tessellation)
     , m_cutter(m_tessellation.mesh(), parallel, name) {}
@@ -96,31 +106,36 @@ bool TessellatedCutter::hasQuadraticCells() {
   return m_hasQuadraticCells;
 }
 
-void TessellatedCutter::clear() {
-  m_inputs.reset();
-  m_tessellation.clear();
-  m_cutter.cutByFunction(nullptr, PlaneFunction({0, 0, 1}, 0.0), static_cast<const KiCellFilterI*>(nullptr));
-  m_points.clear();
-  m_finishedStamp = m_cutter.outputStamp();
-}
-
-void TessellatedCutter::update(KiExtractorCallback* callback, const MeshView& mesh, const Inputs& inputs,
-                               const double* values) {
-  if (m_inputs == inputs) return;
-  const Changes changes{!m_inputs || m_inputs->geometryStamp != inputs.geometryStamp,
-                        !m_inputs || m_inputs->topologyStamp != inputs.topologyStamp,
-                        !m_inputs || m_inputs->set != inputs.set || m_inputs->setStamp != inputs.setStamp};
-  m_inputs.reset();
-  Faults faults(m_name + "::extract");
-  try {
-    Run run(callback, m_isParallel, m_name, changes, Tessellation::NUM_PHASES);
+template <class MakeValues>
+void TessellatedCutter::subdivide(KiExtractorCallback* callback, Request request, const MakeValues& makeValues) {
+  const auto all = static_cast<const KiCellFilterI*>(nullptr);
+  request.add(m_tessellator);
+  if (m_subdivision.isUpToDate(request, all)) return;
+  Subdivision output{m_tessellation};
+  const auto make = [&](Run& run, const MeshView& mesh, Faults& faults) {
+    const double* values = makeValues(mesh);
     m_tessellation.build(run, mesh, *m_tessellator, values, faults);
+    if (values) m_values->update(m_tessellation.blends());
+  };
+  try {
+    m_subdivision.update(callback, output, std::move(request), all, Tessellation::NUM_PHASES, make);
   } catch (...) {
-    clear();
+    m_cutter.cutByFunction(nullptr, PlaneFunction({0, 0, 1}, 0.0), all); // of an empty mesh
+    m_points.clear();
+    m_finishedStamp = m_cutter.surface().mesh.outputStamp();
     throw;
   }
-  m_inputs = inputs;
-  faults.post();
+}
+
+void TessellatedCutter::readNodes(const MeshView& mesh, const SetView<double>& nodeValues) {
+  std::vector<double>& values = m_values->input;
+  values.assign(mesh.endNode, std::numeric_limits<double>::quiet_NaN());
+  std::visit(
+      [&](const auto& read) {
+        for (std::size_t node = mesh.beginNode; node < mesh.endNode; ++node)
+          values[node] = read(node);
+      },
+      nodeValues);
 }
 
 void TessellatedCutter::averageToNodes(const MeshView& mesh, const SetView<double>& cellValues) {
@@ -152,38 +167,26 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::cutBySet(KiExtractorCallbac
   m_mapsLines = false;
   m_usesTessellation = hasQuadraticCells();
   if (!m_usesTessellation) return m_plain.cutBySet(callback, isovalue, set, filter);
-  MeshView mesh(m_input);
-  const bool isPerCell = set.getBinding() == DataBinding::PER_CELL;
-  const Inputs inputs{mesh.topologyStamp,
-                      mesh.geometryStamp,
-                      m_tessellator->getTimeStamp(),
-                      static_cast<const KiDataSet*>(&set),
-                      set.getTimeStamp(),
-                      isPerCell ? filter : nullptr,
-                      isPerCell && filter ? filter->getTimeStamp() : 0};
-  if (m_inputs != inputs) {
-    std::string fault;
-    bool suits = false;
-    visitSet(mesh, set, fault, [&](const auto& values) {
-      suits = true;
-      if (isPerCell) {
-        mesh.setFilter(filter);
-        averageToNodes(mesh, values);
-        mesh.setFilter(static_cast<const KiCellFilterI*>(nullptr));
-        return;
-      }
-      m_values->input.assign(mesh.endNode, std::numeric_limits<double>::quiet_NaN());
-      for (std::size_t node = mesh.beginNode; node < mesh.endNode; ++node)
-        m_values->input[node] = values(node);
-    });
-    if (!suits) { // the plain cutter says why, and yields nothing
-      m_inputs.reset();
-      m_usesTessellation = false;
-      return m_plain.cutBySet(callback, isovalue, set, filter);
-    }
-    update(callback, mesh, inputs, m_values->input.data());
-    m_values->update(m_tessellation.blends());
+  const MeshView mesh(m_input);
+  std::string fault;
+  const std::optional<SetView<double>> view = viewFor(mesh, set, fault);
+  if (!view) { // the plain cutter says why, and yields nothing
+    m_usesTessellation = false;
+    return m_plain.cutBySet(callback, isovalue, set, filter);
   }
+  Request request;
+  request.set = &set;
+  const bool isPerCell = set.getBinding() == DataBinding::PER_CELL;
+  if (isPerCell && filter) // of averages
+    request.parameters = {std::bit_cast<std::size_t>(filter), filter->getTimeStamp()};
+  subdivide(callback, std::move(request), [&](MeshView input) {
+    input.setFilter(filter);
+    if (isPerCell)
+      averageToNodes(input, *view);
+    else
+      readNodes(input, *view);
+    return m_values->input.data();
+  });
   return finish(
       mesh,
       [&]() -> const KeXSurfaceMeshUnstructured& {
@@ -202,11 +205,7 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::cutByFunction(KiExtractorCa
   m_usesTessellation = hasQuadraticCells();
   if (!m_usesTessellation) return m_plain.cutByFunction(callback, function, filter);
   const MeshView mesh(m_input);
-  Inputs inputs;
-  inputs.topologyStamp = mesh.topologyStamp;
-  inputs.geometryStamp = mesh.geometryStamp;
-  inputs.tessellatorStamp = m_tessellator->getTimeStamp();
-  update(callback, mesh, inputs, nullptr);
+  subdivide(callback, {}, [](const MeshView&) -> const double* { return nullptr; });
   return finish(
       mesh,
       [&]() -> const KeXSurfaceMeshUnstructured& {
@@ -220,10 +219,10 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::cutByFunction(KiExtractorCa
 template <class Cut, class FieldAt>
 const KeXSurfaceMeshUnstructured& TessellatedCutter::finish(const MeshView& mesh, const Cut& cut,
                                                             const FieldAt& fieldAt) {
-  m_sets.dropUnused(m_cutter.outputStamp());
   const KeXSurfaceMeshUnstructured& output = cut();
-  if (m_finishedStamp == m_cutter.outputStamp()) return output;
-  SurfaceData& data = m_cutter.surface().data();
+  SurfaceMesh& surface = m_cutter.surface().mesh;
+  if (m_finishedStamp == surface.outputStamp()) return output;
+  SurfaceData& data = surface.data();
   const std::vector<std::size_t> cells = m_tessellation.nameSources(data);
   m_points.assign(data.numVertices(), {});
   Run run(nullptr, m_isParallel, m_name, {}, 1);
@@ -250,7 +249,7 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::finish(const MeshView& mesh
         data.vertices[3 * v + axis] = static_cast<float>(p[axis]);
     }
   });
-  m_finishedStamp = m_cutter.outputStamp();
+  m_finishedStamp = surface.outputStamp();
   return output;
 }
 
@@ -259,26 +258,26 @@ const KeXLineMeshUnstructured* TessellatedCutter::traceLines(KiExtractorCallback
   m_mapsLines = true;
   if (m_linesStamp == m_finishedStamp) {
     const Run nothingToDo(callback, m_isParallel, m_name, {}, 0);
-    return &m_lines;
+    return &m_lines.mesh;
   }
-  m_lineSets.dropUnused(m_lines.outputStamp());
-  const SurfaceData& data = m_cutter.surface().data();
+  m_lines.dropUnusedSets();
+  const SurfaceData& data = m_cutter.surface().mesh.data();
   m_linesStamp = 0;
   try {
     Run run(callback, m_isParallel, m_name, {true, true, false}, OutlineTracer::NUM_PHASES);
     Faults faults(m_name);
     const auto cellOf = [&data](std::size_t polygon) { return data.inputCells[polygon]; };
     OutlineTracer::trace(run, WrittenPolygons(data), {OutlineTracer::Selection::ALL, {}, cellOf},
-                         m_input.getTopology().getNumCells(), {m_lines.data(), m_lineVertices}, faults);
+                         m_input.getTopology().getNumCells(), {m_lines.mesh.data(), m_lineVertices}, faults);
   } catch (...) {
-    m_lines.data().clear();
+    m_lines.clear();
     m_lineVertices.resize(0, 0);
     m_lines.commit({});
     throw;
   }
   m_lines.commit({});
   m_linesStamp = m_finishedStamp;
-  return &m_lines;
+  return &m_lines.mesh;
 }
 
 template <class T, class Input>
@@ -292,7 +291,7 @@ T TessellatedCutter::valueAt(const MeshView& mesh, const Input& values, std::siz
       return blend.valueAt(values);
     }
   }
-  const SurfaceData& data = m_cutter.surface().data();
+  const SurfaceData& data = m_cutter.surface().mesh.data();
   const NodeBlends& blends = m_tessellation.blends();
   const T a = blends.valueAt(values, data.edgeBegins[vertex]);
   const auto weight = static_cast<double>(data.weights[vertex]);
@@ -302,36 +301,13 @@ T TessellatedCutter::valueAt(const MeshView& mesh, const Input& values, std::siz
 template <class T>
 const KeXDataSetI<T>* TessellatedCutter::mapSet(KiExtractorCallback* callback, const KiDataSetI<T>& set) {
   if (!m_usesTessellation) return m_plain.mapSet(callback, set);
-  const std::string origin = m_name + (std::is_same_v<T, double> ? "::extractScalarSet" : "::extractVec3Set");
-  MappedSets& sets = m_mapsLines ? m_lineSets : m_sets;
-  const std::size_t stamp = m_mapsLines ? m_lines.outputStamp() : m_cutter.outputStamp();
-  if (const KeXDataSetI<T>* known = sets.find<T>(set, stamp)) {
-    const Run nothingToDo(callback, m_isParallel, origin, {}, 0);
-    return known;
-  }
-  const Faults faults(origin);
   const MeshView mesh(m_input);
-  if (m_inputs && (m_inputs->topologyStamp != mesh.topologyStamp || m_inputs->geometryStamp != mesh.geometryStamp)) {
-    faults.post("the mesh has changed since the last extraction");
-    return nullptr;
-  }
-  const SurfaceData& data = m_cutter.surface().data();
-  const LineData& lines = m_lines.data();
-  std::string fault;
-  const KeXDataSetI<T>* mapped = nullptr;
-  visitSet(mesh, set, fault, [&](const auto& values) {
-    Run run(callback, m_isParallel, origin, {false, false, true}, 1);
-    if (set.getBinding() == DataBinding::PER_CELL)
-      mapped = sets.fill<T>(run, set, stamp, m_mapsLines ? lines.numCells() : data.numCells(), [&](std::size_t c) {
-        return values(m_mapsLines ? lines.inputCells[c] : data.inputCells[c]);
-      });
-    else
-      mapped =
-          sets.fill<T>(run, set, stamp, m_mapsLines ? lines.numVertices() : data.numVertices(),
-                       [&](std::size_t v) { return valueAt<T>(mesh, values, m_mapsLines ? m_lineVertices[v] : v); });
+  if (!m_mapsLines)
+    return m_subdivision.map(callback, set, m_cutter.surface(),
+                             [&](const auto& values, std::size_t vertex) { return valueAt<T>(mesh, values, vertex); });
+  return m_subdivision.map(callback, set, m_lines, [&](const auto& values, std::size_t vertex) {
+    return valueAt<T>(mesh, values, m_lineVertices[vertex]);
   });
-  if (!fault.empty()) faults.post(fault);
-  return mapped;
 }
 
 template const KeXDataSetI<double>* TessellatedCutter::mapSet(KiExtractorCallback*, const KiDataSetI<double>&);

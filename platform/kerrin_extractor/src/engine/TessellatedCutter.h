@@ -40,17 +40,6 @@ public:
   const KeXSurfaceMeshUnstructured& output() const { return m_usesTessellation ? m_cutter.output() : m_plain.output(); }
 
 private:
-  /// All that the subdivision is made from.
-  struct Inputs {
-    std::size_t topologyStamp = 0;
-    std::size_t geometryStamp = 0;
-    std::size_t tessellatorStamp = 0;
-    const void* set = nullptr;
-    std::size_t setStamp = 0;
-    const void* filter = nullptr; ///< of averages
-    std::size_t filterStamp = 0;
-    friend bool operator==(const Inputs&, const Inputs&) = default;
-  };
   /// A point of a cell that has a form; a vertex of a polyhedron is told by its edge.
   struct CellPoint {
     std::size_t cell = Tessellation::NO_CELL;
@@ -59,7 +48,11 @@ private:
   class Values;
 
   bool hasQuadraticCells();
-  void update(KiExtractorCallback* callback, const MeshView& mesh, const Inputs& inputs, const double* values);
+  /// Brings the subdivision up to date by `makeValues(mesh)`, which gives the values that it follows at the nodes of
+  /// the mesh, or null.
+  template <class MakeValues>
+  void subdivide(KiExtractorCallback* callback, Request request, const MakeValues& makeValues);
+  void readNodes(const MeshView& mesh, const SetView<double>& nodeValues);
   void averageToNodes(const MeshView& mesh, const SetView<double>& cellValues);
   /// Cuts by `cut(callback, filter)`, and finishes a new output by `fieldAt(blend)`, which is 0 on the surface.
   template <class Cut, class FieldAt>
@@ -77,20 +70,18 @@ private:
   std::optional<std::size_t> m_checkedStamp; ///< topology whose cells were looked at
   bool m_hasQuadraticCells = false;
 
-  std::optional<Inputs> m_inputs;
+  Extraction<MeshView> m_subdivision; ///< what the following two are made from
   Tessellation m_tessellation;
   std::unique_ptr<Values> m_values;
   PartFilter m_filter;
   SurfaceCutter m_cutter; ///< of the subdivided mesh
   std::size_t m_finishedStamp = 0;
   std::vector<CellPoint> m_points; ///< of the vertices
-  MappedSets m_sets;
 
-  LineMesh m_lines;
+  Output<LineMesh> m_lines;
   IndexArray m_lineVertices; ///< the surface's vertex at each one of the lines
   std::size_t m_linesStamp = 0;
   bool m_mapsLines = false;
-  MappedSets m_lineSets;
 };
 
 } // namespace kx
