@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellBoxes.h"
 
+#include "CellReader.h"
 #include "FinitePosition.h"
 
 #include <type_traits>
@@ -10,30 +11,18 @@ namespace {
 
 std::size_t numBlocks(std::size_t count, std::size_t block) { return (count + block - 1) / block; }
 
-/// Adds the corners of cells one by one.
+/// Adds the corners of cells one by one, closed ones too: a filter may open them while the boxes are kept.
 template <class Cells>
 void addCells(const MeshView& mesh, const Cells& cells, std::size_t begin, std::size_t end, Box& box, Faults& faults) {
-  CellNodes nodes;
-  std::vector<std::vector<std::size_t>> faces;
-  std::vector<std::size_t> all;
-  for (std::size_t cell = begin; cell < end; ++cell) {
-    const CellCode code = cells.load(cell, nodes);
-    if (code < POLYHEDRON) {
-      all.assign(nodes.begin(), nodes.begin() + NUM_CORNERS[code]);
-    } else if (code == UNREADABLE || !mesh.loadPolyhedron(cell, faces, all)) {
-      if (!mesh.hasClosedCells() || mesh.isOpen(cell)) faults.add(Faults::UNREADABLE_CELL, cell);
-      continue;
-    }
-    bool areNodes = true;
-    for (const std::size_t id : all) {
-      const std::size_t node = id >> mesh.slotBits;
-      if (!mesh.hasNode(node))
-        areNodes = false;
-      else if (const KbVec3<double> p = mesh.points[id]; isFinite(p))
-        box.add(p);
-    }
-    if (!areNodes && (!mesh.hasClosedCells() || mesh.isOpen(cell))) faults.add(Faults::NODE_OUT_OF_RANGE, cell);
-  }
+  CellReader<Purpose::POSITIONS, Cells> reader(mesh, cells, faults);
+  const auto add = [&](const std::size_t* nodes, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+      if (const KbVec3<double> p = mesh.points[nodes[i]]; isFinite(p)) box.add(p);
+  };
+  for (std::size_t cell = begin; cell < end; ++cell)
+    reader.readAny(
+        cell, [&](CellCode code, const CellNodes& nodes) { add(nodes.data(), NUM_CORNERS[code]); },
+        [&](const auto&, const std::vector<std::size_t>& nodes) { add(nodes.data(), nodes.size()); });
 }
 
 /// The same for grids with shared nodes, row by row.

@@ -28,7 +28,11 @@ public:
   /// Calls `corners(code, nodes)` or `polyhedron(faces, nodes)` for an open cell whose nodes exist; false for others.
   template <class Corners, class Polyhedron>
   [[gnu::always_inline]] bool read(std::size_t cell, const Corners& corners, const Polyhedron& polyhedron) {
-    if (!isOpen(cell)) return false;
+    return isOpen(cell) && readAny(cell, corners, polyhedron);
+  }
+  /// The same for closed cells too.
+  template <class Corners, class Polyhedron>
+  [[gnu::always_inline]] bool readAny(std::size_t cell, const Corners& corners, const Polyhedron& polyhedron) {
     CellNodes nodes{};
     const CellCode code = PURPOSE == Purpose::VALUES ? m_cells.loadForValues(cell, nodes) : m_cells.load(cell, nodes);
     if (code < POLYHEDRON) {
@@ -53,7 +57,7 @@ private:
     return greatest < m_numNodes;
   }
   bool refuse(Faults::Kind fault, std::size_t cell) const {
-    m_faults.add(fault, cell);
+    if (isOpen(cell)) m_faults.add(fault, cell);
     return false;
   }
 
