@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "BoxSkin.h"
 
+#include "Blocks.h"
 #include "FaceWriter.h"
 
 #include <atomic>
@@ -127,7 +128,7 @@ bool BoxSkin::write(Run& run, const MeshView& mesh, const IndexBox& box, Surface
   const std::size_t numFaces = faces.begin(numRows);
   output.indices.resize(5 * numFaces);
   output.inputCells.resize(numFaces, mesh.numCells);
-  run.phase("write faces", (numRows + ROWS - 1) / ROWS, [&](std::size_t step) {
+  run.phase("write faces", numBlocksOf(numRows, ROWS), [&](std::size_t step) {
     for (std::size_t row = step * ROWS; row < std::min((step + 1) * ROWS, numRows); ++row)
       faces.write(row);
   });
@@ -138,7 +139,7 @@ bool BoxSkin::write(Run& run, const MeshView& mesh, const IndexBox& box, Surface
   output.edgeEnds.resize(0, 0);
   output.weights.resize(0);
   std::atomic<bool> areFinite{true};
-  run.phase("write nodes", (numNodeRows + ROWS - 1) / ROWS, [&](std::size_t step) {
+  run.phase("write nodes", numBlocksOf(numNodeRows, ROWS), [&](std::size_t step) {
     float notFinite = 0.0f; // found in the output: numbers that are too great for it count as well
     const auto idOf = [&](std::size_t i, std::size_t r) {
       return mesh.nodeDims.flat(box.begin.i + i, box.begin.j + r % nodes.j, box.begin.k + r / nodes.j);

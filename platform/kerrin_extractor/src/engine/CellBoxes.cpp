@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellBoxes.h"
 
+#include "Blocks.h"
 #include "CellReader.h"
 #include "FinitePosition.h"
 
@@ -8,8 +9,6 @@
 
 namespace kx {
 namespace {
-
-std::size_t numBlocks(std::size_t count, std::size_t block) { return (count + block - 1) / block; }
 
 /// Adds the corners of cells one by one, closed ones too: a filter may open them while the boxes are kept.
 template <class Cells>
@@ -65,12 +64,12 @@ Box CellBoxes::boxOnAxes(const MeshView& mesh, std::size_t begin, std::size_t en
 
 void CellBoxes::update(Run& run, const MeshView& mesh, Faults& faults) {
   const std::pair stamps(mesh.topologyStamp, mesh.geometryStamp);
-  const bool isDone = m_isValid && stamps == m_stamps && m_chunks.size() == numBlocks(mesh.numCells, CHUNK);
+  const bool isDone = m_isValid && stamps == m_stamps && m_chunks.size() == numBlocksOf(mesh.numCells, CHUNK);
   m_isValid = false;
   m_stamps = stamps;
   if (!isDone) {
-    m_chunks.assign(numBlocks(mesh.numCells, CHUNK), Box());
-    m_runs.assign(hasAxes(mesh) ? 0 : numBlocks(mesh.numCells, RUN), Box());
+    m_chunks.assign(numBlocksOf(mesh.numCells, CHUNK), Box());
+    m_runs.assign(hasAxes(mesh) ? 0 : numBlocksOf(mesh.numCells, RUN), Box());
   }
   run.phase("index", isDone ? 0 : m_chunks.size(), [&](std::size_t chunk) {
     const std::size_t end = std::min((chunk + 1) * CHUNK, mesh.numCells);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellIndex.h"
 
+#include "Blocks.h"
 #include "CellReader.h"
 #include "CornerValues.h"
 #include "FinitePosition.h"
@@ -12,8 +13,6 @@
 
 namespace kx {
 namespace {
-
-std::size_t numBlocks(std::size_t count, std::size_t block) { return (count + block - 1) / block; }
 
 /// One bit for each of up to 64 cells: whether the step lies in [low, high].
 std::uint64_t candidates(const std::uint8_t* low, const std::uint8_t* high, std::size_t count, std::uint8_t step) {
@@ -47,12 +46,12 @@ void CellIndex::prepare(const MeshView& mesh, const ScalarField& field) {
   const bool isFunction = std::holds_alternative<FunctionValues>(field);
   m_low.resize(isFunction ? 0 : m_numCells);
   m_high.resize(isFunction ? 0 : m_numCells);
-  m_boxes.resize(isFunction ? 6 * numBlocks(m_numCells, BLOCK) : 0);
-  m_chunkBoxes.resize(isFunction ? numBlocks(m_numCells, CHUNK) : 0);
+  m_boxes.resize(isFunction ? 6 * numBlocksOf(m_numCells, BLOCK) : 0);
+  m_chunkBoxes.resize(isFunction ? numBlocksOf(m_numCells, CHUNK) : 0);
   if (isFunction) return;
   // The steps span the values of a sample: a wrong range costs time, never cells.
   constexpr std::size_t MAX_SAMPLES = 1024;
-  const std::size_t numNodes = mesh.endNode - std::min(mesh.beginNode, mesh.endNode);
+  const std::size_t numNodes = mesh.numNodes();
   const std::size_t numSamples = std::min(MAX_SAMPLES, numNodes);
   double low = std::numeric_limits<double>::infinity();
   double high = -low;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Array.h"
+#include "Blocks.h"
 #include "Faults.h"
 #include "MeshView.h"
 #include "ValueView.h"
@@ -75,7 +76,7 @@ private:
   template <class Function>
   std::size_t findByBoxes(std::size_t chunk, const Function& function, ChunkCells& cells) const;
   std::size_t numBlocksIn(std::size_t chunk) const {
-    return (std::min(CHUNK, m_numCells - chunk * CHUNK) + BLOCK - 1) / BLOCK;
+    return numBlocksOf(std::min(CHUNK, m_numCells - chunk * CHUNK), BLOCK);
   }
 
   std::size_t m_numCells = 0;

@@ -21,7 +21,7 @@ public:
       , m_cells(cells)
       , m_faults(faults)
       , m_hasClosedCells(mesh.hasClosedCells())
-      , m_numNodes(mesh.endNode - std::min(mesh.beginNode, mesh.endNode)) {}
+      , m_numNodes(mesh.numNodes()) {}
 
   bool isOpen(std::size_t cell) const { return !m_hasClosedCells || m_mesh.isOpen(cell); }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CurtainTracer.h"
 
+#include "Blocks.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -129,7 +131,7 @@ private:
 
 void CurtainTracer::trace(Run& run, const FlatMesh& mesh, const Curtain& curtain, LineData& output,
                           std::vector<Stencil>& sources, Faults& faults) {
-  std::vector<std::vector<Piece>> chunks((mesh.numCells + CHUNK - 1) / CHUNK);
+  std::vector<std::vector<Piece>> chunks(numBlocksOf(mesh.numCells, CHUNK));
   run.phase("cut", chunks.size(), [&](std::size_t number) {
     const std::size_t begin = number * CHUNK;
     const std::size_t end = std::min(begin + CHUNK, mesh.numCells);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "EdgePolygoniser.h"
 
+#include "Blocks.h"
 #include "CaseTable.h"
 #include "CellGeometry.h"
 #include "CellReader.h"
@@ -18,8 +19,6 @@ namespace {
 
 constexpr std::size_t CHUNK = CellIndex::CHUNK;
 constexpr std::size_t AHEAD = 12; // cells or edges between the one at work and the one that is fetched
-
-std::size_t numBlocks(std::size_t count, std::size_t block) { return (count + block - 1) / block; }
 
 /// A cell polygon by its vertices' edges.
 using NodeLoop = std::vector<NodeEdge>;
@@ -338,7 +337,7 @@ void EdgePolygoniser::cut(Run& run, const MeshView& mesh, const ScalarField& fie
 
 template <class Id>
 void EdgePolygoniser::cut(Job& job, SurfaceParts<Id>& parts) {
-  parts.reset(numBlocks(job.mesh.numCells, CHUNK), job.mesh.beginNode << job.mesh.slotBits, job.endId());
+  parts.reset(numBlocksOf(job.mesh.numCells, CHUNK), job.mesh.beginNode << job.mesh.slotBits, job.endId());
   if (m_stage == Stage::FIRST_CUT) m_index.reset(job.mesh);
   if (scansSides(job.mesh, job.field)) {
     scan(job, parts);
@@ -367,7 +366,7 @@ template <class Id>
 void EdgePolygoniser::scan(Job& job, SurfaceParts<Id>& parts) {
   NodeSides sides;
   sides.fill(job.run, job.mesh, job.field, job.isovalue);
-  job.run.phase("classify", numBlocks(job.mesh.numCells, CHUNK), [&](std::size_t chunk) {
+  job.run.phase("classify", numBlocksOf(job.mesh.numCells, CHUNK), [&](std::size_t chunk) {
     Classifier<Id> classifier(job, m_index, chunk, parts);
     std::visit([&](const auto& cells) { classifier.scan(cells, sides); }, job.mesh.cells);
   });
@@ -382,7 +381,7 @@ void EdgePolygoniser::classify(Job& job, SurfaceParts<Id>& parts) {
   Faults& faults = m_stage == Stage::FIRST_CUT ? job.faults : known;
   const auto* functionValues = std::get_if<FunctionValues>(&job.field);
   const ImplicitFunction* function = functionValues ? functionValues->function : nullptr;
-  job.run.phase(buildsIndex ? "index" : "classify", numBlocks(job.mesh.numCells, CHUNK), [&](std::size_t chunk) {
+  job.run.phase(buildsIndex ? "index" : "classify", numBlocksOf(job.mesh.numCells, CHUNK), [&](std::size_t chunk) {
     // The cells are still near when they have just been indexed.
     if (buildsIndex) m_index.build(job.mesh, job.field, chunk, faults);
     CellIndex::ChunkCells candidates;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "FaceTessellator.h"
 
+#include "Blocks.h"
 #include "NodeNumbers.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ struct Begin {
 } // namespace
 
 void FaceTessellator::write(Run& run, const Input& input, const Output& output, Faults& faults) {
-  const std::size_t numParts = (input.faces.numFaces + CHUNK - 1) / CHUNK;
+  const std::size_t numParts = numBlocksOf(input.faces.numFaces, CHUNK);
   const auto visitFaces = [&](std::size_t part, const auto& visit) {
     const FaceSource::Reader read = input.faces.makeReader();
     FaceNodes face;
@@ -101,7 +102,7 @@ void FaceTessellator::write(Run& run, const Input& input, const Output& output, 
   surface.edgeBegins.resize(numbers.count(), output.blends.endId());
   surface.edgeEnds.resize(numbers.count(), output.blends.endId());
   surface.weights.resize(numbers.count());
-  run.phase("write nodes", (numbers.numWords() + WORDS - 1) / WORDS, [&](std::size_t step) {
+  run.phase("write nodes", numBlocksOf(numbers.numWords(), WORDS), [&](std::size_t step) {
     for (std::size_t w = step * WORDS; w < std::min((step + 1) * WORDS, numbers.numWords()); ++w)
       numbers.visitWord(w, [&](std::size_t id, std::size_t vertex) {
         const KbVec3<double> p = output.blends.isAdded(id) ? output.blends.position(id) : input.points[id];
@@ -118,7 +119,7 @@ void FaceTessellator::writeCells(Run& run, const Input& input, const Cells& cell
                                  Faults& faults) {
   const EdgeMiddles none;
   std::vector<std::optional<FaceSubdivider>> parts(cells.count);
-  run.phase("subdivide", (cells.count + CHUNK - 1) / CHUNK, [&](std::size_t step) {
+  run.phase("subdivide", numBlocksOf(cells.count, CHUNK), [&](std::size_t step) {
     const FaceSource::Reader read = input.faces.makeReader();
     FaceNodes face;
     for (std::size_t n = step * CHUNK; n < std::min((step + 1) * CHUNK, cells.count); ++n) {
@@ -153,7 +154,7 @@ void FaceTessellator::writeCells(Run& run, const Input& input, const Cells& cell
   surface.edgeBegins.resize(begins.back().vertex, output.blends.endId());
   surface.edgeEnds.resize(begins.back().vertex, output.blends.endId());
   surface.weights.resize(begins.back().vertex);
-  run.phase("write cells", (cells.count + CHUNK - 1) / CHUNK, [&](std::size_t step) {
+  run.phase("write cells", numBlocksOf(cells.count, CHUNK), [&](std::size_t step) {
     for (std::size_t n = step * CHUNK; n < std::min((step + 1) * CHUNK, cells.count); ++n) {
       if (!parts[n]) continue;
       const FaceSubdivider& own = *parts[n];

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "FenceCutter.h"
 
+#include "Blocks.h"
 #include "CaseTable.h"
 #include "CellGeometry.h"
 #include "FaceCutter.h"
@@ -487,7 +488,7 @@ void FenceCutter::cut(Run& run, const MeshView& mesh, const Curtain& curtain, Su
   output.edgeBegins.resize(0, 0);
   output.edgeEnds.resize(0, 0);
   output.weights.resize(0);
-  run.phase("place vertices", (keys.size() + PLACING_STEP - 1) / PLACING_STEP, [&](std::size_t step) {
+  run.phase("place vertices", numBlocksOf(keys.size(), PLACING_STEP), [&](std::size_t step) {
     for (std::size_t v = step * PLACING_STEP; v < std::min((step + 1) * PLACING_STEP, keys.size()); ++v) {
       sources[v] = stencilOf(mesh, curtain, keys[v]);
       const KbVec3<double> p = sources[v].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "IsolineTracer.h"
 
+#include "Blocks.h"
 #include "EdgeNumbers.h"
 
 #include <tbb/enumerable_thread_specific.h>
@@ -96,7 +97,7 @@ std::uint8_t IsolineTracer::stepOf(double value) const {
 void IsolineTracer::setScale(const FlatMesh& mesh, const ScalarField& field) {
   // The steps span the values of a sample: a wrong range costs time, never lines.
   constexpr std::size_t SAMPLES = 1024;
-  const std::size_t numNodes = mesh.endNode - std::min(mesh.beginNode, mesh.endNode);
+  const std::size_t numNodes = mesh.numNodes();
   double low = std::numeric_limits<double>::infinity();
   double high = -low;
   std::visit(
@@ -332,7 +333,7 @@ void IsolineTracer::run(const Job& job, const Levels& levels) {
 
 template <class Id>
 void IsolineTracer::runWith(const Job& job, const Levels& levels) {
-  std::vector<Chunk<Id>> chunks((job.mesh.numCells + CHUNK - 1) / CHUNK);
+  std::vector<Chunk<Id>> chunks(numBlocksOf(job.mesh.numCells, CHUNK));
   {
     tbb::enumerable_thread_specific<ChunkCutter> cutters([&] { return ChunkCutter(*this, job, levels); });
     job.run.phase("cut", chunks.size(), [&](std::size_t number) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "LayerSurface.h"
 
+#include "Blocks.h"
 #include "FaceWriter.h"
 #include "PolygonWriter.h"
 
@@ -52,7 +53,7 @@ void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, doubl
   quads.resize(cells.size());
   isUsable.resize(cells.size());
   const CellFace& face = CELL_FACES[HEXAHEDRON].faces[HEXAHEDRON_FACE[axis][1]];
-  run.phase("find edges", (cells.size() + STEP - 1) / STEP, [&](std::size_t step) {
+  run.phase("find edges", numBlocksOf(cells.size(), STEP), [&](std::size_t step) {
     CellNodes nodes;
     for (std::size_t q = step * STEP; q < std::min((step + 1) * STEP, cells.size()); ++q) {
       std::visit([&](const auto& view) { view.load(cells[q], nodes); }, mesh.cells);
@@ -90,8 +91,8 @@ void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, doubl
   output.edgeBegins.resize(edges.size(), mesh.endNode);
   output.edgeEnds.resize(edges.size(), mesh.endNode);
   output.weights.resize(edges.size());
-  const std::size_t numQuadSteps = (used.size() + STEP - 1) / STEP;
-  run.phase("write", numQuadSteps + (edges.size() + STEP - 1) / STEP, [&](std::size_t step) {
+  const std::size_t numQuadSteps = numBlocksOf(used.size(), STEP);
+  run.phase("write", numQuadSteps + numBlocksOf(edges.size(), STEP), [&](std::size_t step) {
     if (step < numQuadSteps) {
       for (std::size_t p = step * STEP; p < std::min((step + 1) * STEP, used.size()); ++p) {
         for (std::size_t c = 0; c < 4; ++c)

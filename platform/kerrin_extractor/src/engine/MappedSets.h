@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Blocks.h"
 #include "ExtractedSet.h"
 #include "Run.h"
 #include "ValueView.h"
@@ -35,7 +36,7 @@ public:
     entry->outputStamp = 0; // until it is done: an exception leaves nothing that looks valid
     Array<T>& values = entry->values.values();
     values.resize(count);
-    run.phase("map", (count + STEP - 1) / STEP, [&](std::size_t step) {
+    run.phase("map", numBlocksOf(count, STEP), [&](std::size_t step) {
       const std::size_t end = std::min((step + 1) * STEP, count);
       for (std::size_t i = step * STEP; i < end; ++i)
         values[i] = valueAt(i);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "NodeAverages.h"
 
+#include "Blocks.h"
+
 #include <algorithm>
 #include <limits>
 #include <vector>
@@ -125,7 +127,7 @@ void averageToNodes(Run& run, const MeshView& mesh, const SetView<double>& cellV
     std::size_t begin = std::numeric_limits<std::size_t>::max();
     std::size_t end = 0;
   };
-  std::vector<Range> ranges((mesh.numCells + CHUNK - 1) / CHUNK);
+  std::vector<Range> ranges(numBlocksOf(mesh.numCells, CHUNK));
   averages.resize(mesh.endNode);
   std::visit(
       [&](const auto& cells, const auto& values) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "NodeBounds.h"
 
+#include "Blocks.h"
 #include "FinitePosition.h"
 
 #include <vector>
@@ -9,7 +10,7 @@ namespace kx {
 
 Box findBounds(Run& run, const PointView& points, std::size_t begin, std::size_t count) {
   constexpr std::size_t STEP = 65536;
-  std::vector<Box> parts((count + STEP - 1) / STEP);
+  std::vector<Box> parts(numBlocksOf(count, STEP));
   run.phase("find bounds", parts.size(), [&](std::size_t step) {
     const std::size_t end = std::min((step + 1) * STEP, count);
     Box box;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Array.h"
+#include "Blocks.h"
 
 #include <algorithm>
 #include <atomic>
@@ -18,7 +19,7 @@ public:
   static constexpr std::size_t BLOCK = 64; ///< nodes of one word
 
   explicit NodeNumbers(std::size_t endId)
-      : m_words((endId + BLOCK - 1) / BLOCK, 0) {}
+      : m_words(numBlocksOf(endId, BLOCK), 0) {}
 
   void mark(std::size_t id) {
     std::atomic_ref<std::uint64_t> word(m_words[id / BLOCK]);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "NodeSides.h"
 
+#include "Blocks.h"
 #include "CornerValues.h"
 
 namespace kx {
@@ -26,10 +27,10 @@ void fillSides(const Threshold<Scalar>& threshold, std::size_t begin, std::size_
 void NodeSides::fill(Run& run, const MeshView& mesh, const ScalarField& field, double isovalue) {
   m_slotBits = mesh.slotBits;
   m_beginNode = mesh.beginNode;
-  m_numNodes = mesh.endNode - std::min(mesh.beginNode, mesh.endNode);
+  m_numNodes = mesh.numNodes();
   m_sides.resize(m_numNodes + 1);
   m_sides[m_numNodes] = NO_NODE;
-  run.phase("sides", (m_numNodes + STEP - 1) / STEP, [&](std::size_t step) {
+  run.phase("sides", numBlocksOf(m_numNodes, STEP), [&](std::size_t step) {
     const std::size_t begin = m_beginNode + step * STEP;
     const std::size_t end = std::min(begin + STEP, m_beginNode + m_numNodes);
     std::uint8_t* sides = m_sides.data() + step * STEP;

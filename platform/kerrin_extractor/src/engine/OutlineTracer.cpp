@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "OutlineTracer.h"
 
+#include "Blocks.h"
 #include "FinitePosition.h"
 #include "NodeNumbers.h"
 
@@ -140,10 +141,10 @@ public:
       , m_rules(rules)
       , m_output(output)
       , m_faults(faults)
-      , m_batches((source.numPolygons() + PolygonBatch::SIZE - 1) / PolygonBatch::SIZE)
+      , m_batches(numBlocksOf(source.numPolygons(), PolygonBatch::SIZE))
       , m_numbers(source.endId()) {}
 
-  std::size_t numReadSteps() const { return (m_source.numPolygons() + STEP - 1) / STEP; }
+  std::size_t numReadSteps() const { return numBlocksOf(m_source.numPolygons(), STEP); }
   void read(std::size_t step) {
     constexpr std::size_t BATCHES = STEP / PolygonBatch::SIZE;
     PolygonBatch polygons;

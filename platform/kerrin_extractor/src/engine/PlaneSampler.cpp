@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "PlaneSampler.h"
 
+#include "Blocks.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -253,7 +255,7 @@ void PlaneSampler::sample(Run& run, const VolumeLocator& locator, const PlaneGri
   const std::size_t numRows = sampling.numRows();
   const std::size_t rowsPerStep = std::max<std::size_t>(1, POINTS_PER_STEP / std::max<std::size_t>(range.counts[0], 1));
   const auto forRows = [&](const char* phase, const auto& visit) {
-    run.phase(phase, (numRows + rowsPerStep - 1) / rowsPerStep, [&](std::size_t step) {
+    run.phase(phase, numBlocksOf(numRows, rowsPerStep), [&](std::size_t step) {
       for (std::size_t j = step * rowsPerStep; j < std::min((step + 1) * rowsPerStep, numRows); ++j)
         visit(j);
     });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Blocks.h"
 #include "Faults.h"
 #include "FinitePosition.h"
 #include "NodeNumbers.h"
@@ -35,7 +36,7 @@ struct PolygonWriter {
     constexpr std::size_t CHUNK = 2048; // faces of one step
     constexpr std::size_t WORDS = 128;  // words of node bits of one step
     constexpr std::uint32_t REVERSED = 0x80000000u;
-    const std::size_t numChunks = (numFaces + CHUNK - 1) / CHUNK;
+    const std::size_t numChunks = numBlocksOf(numFaces, CHUNK);
     NodeNumbers numbers(endId);
     Array<std::uint32_t> kinds; // number of corners, 0 for a face that is left out, and whether it is reversed
     kinds.resize(numFaces);
@@ -94,7 +95,7 @@ struct PolygonWriter {
     output.edgeEnds.resize(0, 0);
     output.weights.resize(0);
     std::atomic<bool> areFinite{true};
-    run.phase("write nodes", (numbers.numWords() + WORDS - 1) / WORDS, [&](std::size_t step) {
+    run.phase("write nodes", numBlocksOf(numbers.numWords(), WORDS), [&](std::size_t step) {
       bool areAllFinite = true;
       for (std::size_t w = step * WORDS; w < std::min((step + 1) * WORDS, numbers.numWords()); ++w)
         numbers.visitWord(w, [&](std::size_t id, std::size_t vertex) {

@@ -2,6 +2,8 @@
 // The first pass of the row polygoniser: which nodes are inside, from sets and from functions of space.
 #include "RowJob.h"
 
+#include "Blocks.h"
+
 #include <limits>
 
 namespace kx {
@@ -10,7 +12,7 @@ namespace {
 constexpr std::size_t BLOCK = BlockReader::BLOCK;
 constexpr std::size_t GROUP = RowBits::GROUP;
 
-std::size_t numBlocks(std::size_t numNodes) { return (numNodes + BLOCK - 1) / BLOCK; }
+std::size_t numBlocks(std::size_t numNodes) { return numBlocksOf(numNodes, BLOCK); }
 
 /// A row of values that are computed when they are asked for.
 template <class Value>

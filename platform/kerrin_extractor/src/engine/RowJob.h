@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "Blocks.h"
 #include "RowFunctions.h"
 #include "RowPolygoniser.h"
 #include "RowValues.h"
@@ -26,7 +27,7 @@ struct RowPolygoniser::Job {
   const Dims& cells() const { return mesh.cellDims; }
   std::size_t rowOf(std::size_t j, std::size_t k) const { return j + mesh.nodeDims.j * k; }
   std::size_t numRows() const { return mesh.nodeDims.j * mesh.nodeDims.k; }
-  std::size_t numSteps() const { return (numRows() + ROWS_A_STEP - 1) / ROWS_A_STEP; }
+  std::size_t numSteps() const { return numBlocksOf(numRows(), ROWS_A_STEP); }
   std::size_t endOfStep(std::size_t step) const { return std::min((step + 1) * ROWS_A_STEP, numRows()); }
   /// Calls `body(row, j, k)` for the rows of a step.
   template <class Body>

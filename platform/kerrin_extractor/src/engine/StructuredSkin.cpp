@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "StructuredSkin.h"
 
+#include "Blocks.h"
+
 #include <bit>
 #include <vector>
 
@@ -146,9 +148,9 @@ std::size_t StructuredSkin::numPhases(const MeshView& mesh) { return Joints::are
 
 void StructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& ranges, FaceList& faces) {
   const Dims& dims = mesh.cellDims;
-  const std::size_t numWords = (dims.i + WORD - 1) / WORD;
+  const std::size_t numWords = numBlocksOf(dims.i, WORD);
   const std::size_t numRows = dims.j * dims.k;
-  const std::size_t numSteps = (numRows + ROWS - 1) / ROWS;
+  const std::size_t numSteps = numBlocksOf(numRows, ROWS);
   const auto visitRows = [&](std::size_t step, auto&& visit) {
     for (std::size_t r = step * ROWS; r < std::min((step + 1) * ROWS, numRows); ++r)
       visit(r);

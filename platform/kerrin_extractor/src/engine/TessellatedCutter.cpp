@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "TessellatedCutter.h"
 
+#include "Blocks.h"
 #include "OutlineTracer.h"
 #include "WrittenPolygons.h"
 
@@ -226,7 +227,7 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::finish(const MeshView& mesh
   const std::vector<std::size_t> cells = m_tessellation.nameSources(data);
   m_points.assign(data.numVertices(), {});
   Run run(nullptr, m_isParallel, m_name, {}, 1);
-  run.phase("move vertices", (m_points.size() + STEP - 1) / STEP, [&](std::size_t step) {
+  run.phase("move vertices", numBlocksOf(m_points.size(), STEP), [&](std::size_t step) {
     CellForm form;
     Blend blend;
     for (std::size_t v = step * STEP; v < std::min((step + 1) * STEP, m_points.size()); ++v) {

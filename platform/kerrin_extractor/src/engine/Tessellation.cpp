@@ -2,6 +2,7 @@
 #include "Tessellation.h"
 
 #include "Array.h"
+#include "Blocks.h"
 #include "PolygonWriter.h"
 
 #include "src/contract/CellFaces.h"
@@ -221,7 +222,7 @@ void Tessellation::build(Run& run, const MeshView& mesh, const KiTessellator& te
     }
   }
 
-  std::vector<Part> parts((mesh.numCells + CHUNK - 1) / CHUNK);
+  std::vector<Part> parts(numBlocksOf(mesh.numCells, CHUNK));
   const SplitField field{values, m_spreads.data()};
   run.phase("subdivide cells", parts.size(), [&](std::size_t p) {
     parts[p].splitter.emplace(tessellator, mesh.points, values ? &field : nullptr);
@@ -242,7 +243,7 @@ void Tessellation::build(Run& run, const MeshView& mesh, const KiTessellator& te
 void Tessellation::checkCells(Run& run, const MeshView& mesh, const double* values, Faults& faults) {
   m_kinds.assign(mesh.numCells, NOTHING);
   m_spreads.assign(values ? mesh.endNode : 0, 0.0);
-  run.phase("look at cells", (mesh.numCells + CHUNK - 1) / CHUNK, [&](std::size_t chunk) {
+  run.phase("look at cells", numBlocksOf(mesh.numCells, CHUNK), [&](std::size_t chunk) {
     CellForm form;
     std::vector<std::vector<std::size_t>> faces;
     std::vector<std::size_t> polyhedron;

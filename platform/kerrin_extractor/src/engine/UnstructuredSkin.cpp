@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "UnstructuredSkin.h"
 
+#include "Blocks.h"
+
 #include <array>
 #include <atomic>
 #include <cstdlib>
@@ -339,7 +341,7 @@ void matchFaces(const MeshView& mesh, const std::vector<Candidates>& chunks, std
 } // namespace
 
 void UnstructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& ranges, FaceList& faces, Faults& faults) {
-  const std::size_t numChunks = (mesh.numCells + CHUNK - 1) / CHUNK;
+  const std::size_t numChunks = numBlocksOf(mesh.numCells, CHUNK);
   const std::size_t numWords = mesh.numNodes() / 2 + 1;
   const std::size_t numParts = std::clamp<std::size_t>(mesh.numCells / CELLS_PER_PART, 1, MAX_PARTS);
   const auto wordOf = [&](std::size_t node) { return (node - mesh.beginNode) / 2; };

@@ -2,6 +2,7 @@
 // The cell extract family: chosen surface and volume cells as shapes of their own, shrunk towards their centres.
 #include "PickShell.h"
 #include "ShrinkFactor.h"
+#include "src/engine/Blocks.h"
 #include "src/engine/CellShape.h"
 #include "src/engine/Product.h"
 #include "src/engine/SkinFaces.h"
@@ -160,7 +161,7 @@ private:
         if (shape.load(mesh, cell, faults)) visit(cell, shape);
       }
     };
-    std::vector<Counts> begins((numCells + CHUNK - 1) / CHUNK);
+    std::vector<Counts> begins(kx::numBlocksOf(numCells, CHUNK));
     run.phase("count", begins.size(), [&](std::size_t chunk) {
       walk(chunk, [&](std::size_t, const kx::CellShape& shape) {
         begins[chunk].vertices += shape.corners().size();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "src/engine/Blocks.h"
 #include "src/engine/SetForm.h"
 #include "src/engine/SurfaceLocator.h"
 #include "src/engine/VolumeLocator.h"
@@ -90,7 +91,7 @@ private:
 
   template <class Visit>
   void forEachPoint(Run& run, const KbVec3<double>* points, std::size_t count, const Visit& visit) const {
-    run.phase("probe", (count + POINTS_PER_STEP - 1) / POINTS_PER_STEP, [&](std::size_t step) {
+    run.phase("probe", numBlocksOf(count, POINTS_PER_STEP), [&](std::size_t step) {
       CellHit hit;
       const std::size_t end = std::min((step + 1) * POINTS_PER_STEP, count);
       for (std::size_t i = step * POINTS_PER_STEP; i < end; ++i) {
