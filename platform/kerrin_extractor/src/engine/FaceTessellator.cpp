@@ -24,46 +24,94 @@ bool fits(std::size_t numIndices, SurfaceData& surface, Faults& faults) {
   return false;
 }
 
+/// Where a part writes.
 struct Begin {
   std::size_t polygon = 0;
   std::size_t index = 0;
   std::size_t vertex = 0;
 };
 
-} // namespace
+using Input = FaceTessellator::Input;
+using Output = FaceTessellator::Output;
+using Parts = std::vector<std::optional<FaceSubdivider>>;
 
-void FaceTessellator::write(Run& run, const Input& input, const Output& output, Faults& faults) {
-  const std::size_t numParts = numBlocksOf(input.faces.numFaces, CHUNK);
-  const auto visitFaces = [&](std::size_t part, const auto& visit) {
-    const FaceSource::Reader read = input.faces.makeReader();
-    FaceNodes face;
-    for (std::size_t f = part * CHUNK; f < std::min((part + 1) * CHUNK, input.faces.numFaces); ++f)
-      if (read(f, face)) visit(f, face);
-  };
+std::size_t numPartsOf(const Input& input) { return numBlocksOf(input.faces.numFaces, CHUNK); }
 
-  // Linear faces have to know the sides that they share with quadratic ones.
+template <class Visit>
+void visitFaces(const Input& input, std::size_t part, const Visit& visit) {
+  const FaceSource::Reader read = input.faces.makeReader();
+  FaceNodes face;
+  for (std::size_t f = part * CHUNK; f < std::min((part + 1) * CHUNK, input.faces.numFaces); ++f)
+    if (read(f, face)) visit(f, face);
+}
+
+/// Linear faces have to know the sides that they share with quadratic ones; where all faces are quadratic, nothing.
+EdgeMiddles findMiddles(Run& run, const Input& input) {
   std::atomic<bool> hasLinear{false};
-  run.phase("look at faces", numParts, [&](std::size_t part) {
-    visitFaces(part, [&](std::size_t, const FaceNodes& face) {
+  run.phase("look at faces", numPartsOf(input), [&](std::size_t part) {
+    visitFaces(input, part, [&](std::size_t, const FaceNodes& face) {
       if (face.middles.empty()) hasLinear.store(true, std::memory_order_relaxed);
     });
   });
   EdgeMiddles middles;
-  for (std::size_t part = 0; part < numParts && hasLinear.load(std::memory_order_relaxed); ++part)
-    visitFaces(part, [&](std::size_t, const FaceNodes& face) {
+  for (std::size_t part = 0; part < numPartsOf(input) && hasLinear.load(std::memory_order_relaxed); ++part)
+    visitFaces(input, part, [&](std::size_t, const FaceNodes& face) {
       const std::size_t n = face.corners.size();
       for (std::size_t c = 0; c < face.middles.size(); ++c)
         middles.add(face.corners[c], face.corners[c + 1 < n ? c + 1 : 0], face.middles[c]);
     });
+  return middles;
+}
 
-  std::vector<std::optional<FaceSubdivider>> parts(numParts);
+/// Makes room up to `end`.
+void resize(const Input& input, const Output& output, const Begin& end) {
+  SurfaceData& surface = output.surface;
+  surface.indices.resize(end.index);
+  surface.inputCells.resize(end.polygon, input.numCells);
+  if (output.faceOfPolygon) output.faceOfPolygon->resize(end.polygon);
+  surface.vertices.resize(3 * end.vertex);
+  surface.edgeBegins.resize(end.vertex, output.blends.endId());
+  surface.edgeEnds.resize(end.vertex, output.blends.endId());
+  surface.weights.resize(end.vertex);
+}
+
+/// Writes the polygons of a part, with vertex `vertexOf(corner)` at each corner.
+template <class VertexOf>
+void writePolygons(const FaceSubdivider& part, const Begin& begin, const Output& output, const VertexOf& vertexOf) {
+  std::int32_t* index = output.surface.indices.data() + begin.index;
+  std::size_t polygon = begin.polygon;
+  std::size_t corner = 0;
+  for (const FaceSubdivider::Polygon& p : part.polygons()) {
+    for (; corner < p.end; ++corner)
+      *index++ = static_cast<std::int32_t>(vertexOf(part.corners()[corner]));
+    *index++ = -1;
+    output.surface.inputCells.set(polygon, p.cell);
+    if (output.faceOfPolygon) (*output.faceOfPolygon)[polygon] = p.face;
+    ++polygon;
+  }
+}
+
+/// Puts a vertex on a node.
+void writeVertex(SurfaceData& surface, std::size_t vertex, std::size_t id, const KbVec3<double>& p) {
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    surface.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+  surface.edgeBegins.set(vertex, id);
+  surface.edgeEnds.set(vertex, id);
+  surface.weights[vertex] = 0.0f;
+}
+
+} // namespace
+
+void FaceTessellator::write(Run& run, const Input& input, const Output& output, Faults& faults) {
+  const std::size_t numParts = numPartsOf(input);
+  const EdgeMiddles middles = findMiddles(run, input);
+  Parts parts(numParts);
   run.phase("subdivide", numParts, [&](std::size_t part) {
     FaceSubdivider& subdivider = parts[part].emplace(input.tessellator, input.points, middles);
-    visitFaces(part, [&](std::size_t f, const FaceNodes& face) { subdivider.add(f, face); });
+    visitFaces(input, part, [&](std::size_t f, const FaceNodes& face) { subdivider.add(f, face); });
     subdivider.finish();
   });
 
-  SurfaceData& surface = output.surface;
   output.blends = NodeBlends(input.endId);
   EdgeSplitter::KnownEdges known;
   std::vector<std::vector<std::size_t>> ids(numParts);
@@ -74,43 +122,23 @@ void FaceTessellator::write(Run& run, const Input& input, const Output& output, 
     begins[part + 1] = {begins[part].polygon + own.polygons().size(),
                         begins[part].index + own.corners().size() + own.polygons().size()};
   }
-  if (!fits(begins.back().index, surface, faults)) return;
+  if (!fits(begins.back().index, output.surface, faults)) return;
   NodeNumbers numbers(output.blends.endId());
   for (std::size_t part = 0; part < numParts; ++part)
     for (const std::uint32_t corner : parts[part]->corners())
       numbers.mark(ids[part][corner]);
   numbers.finish();
 
-  surface.indices.resize(begins.back().index);
-  surface.inputCells.resize(begins.back().polygon, input.numCells);
-  if (output.faceOfPolygon) output.faceOfPolygon->resize(begins.back().polygon);
+  begins.back().vertex = numbers.count();
+  resize(input, output, begins.back());
   run.phase("write faces", numParts, [&](std::size_t part) {
-    const FaceSubdivider& own = *parts[part];
-    std::int32_t* index = surface.indices.data() + begins[part].index;
-    std::size_t polygon = begins[part].polygon;
-    std::size_t corner = 0;
-    for (const FaceSubdivider::Polygon& p : own.polygons()) {
-      for (; corner < p.end; ++corner)
-        *index++ = static_cast<std::int32_t>(numbers[ids[part][own.corners()[corner]]]);
-      *index++ = -1;
-      surface.inputCells.set(polygon, p.cell);
-      if (output.faceOfPolygon) (*output.faceOfPolygon)[polygon] = p.face;
-      ++polygon;
-    }
+    writePolygons(*parts[part], begins[part], output, [&](std::uint32_t corner) { return numbers[ids[part][corner]]; });
   });
-  surface.vertices.resize(3 * numbers.count());
-  surface.edgeBegins.resize(numbers.count(), output.blends.endId());
-  surface.edgeEnds.resize(numbers.count(), output.blends.endId());
-  surface.weights.resize(numbers.count());
   run.phase("write nodes", numBlocksOf(numbers.numWords(), WORDS), [&](std::size_t step) {
     for (std::size_t w = step * WORDS; w < std::min((step + 1) * WORDS, numbers.numWords()); ++w)
       numbers.visitWord(w, [&](std::size_t id, std::size_t vertex) {
-        const KbVec3<double> p = output.blends.isAdded(id) ? output.blends.position(id) : input.points[id];
-        for (std::size_t axis = 0; axis < 3; ++axis)
-          surface.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
-        surface.edgeBegins.set(vertex, id);
-        surface.edgeEnds.set(vertex, id);
-        surface.weights[vertex] = 0.0f;
+        const bool isAdded = output.blends.isAdded(id);
+        writeVertex(output.surface, vertex, id, isAdded ? output.blends.position(id) : input.points[id]);
       });
   });
 }
@@ -118,7 +146,7 @@ void FaceTessellator::write(Run& run, const Input& input, const Output& output, 
 void FaceTessellator::writeCells(Run& run, const Input& input, const Cells& cells, const Output& output,
                                  Faults& faults) {
   const EdgeMiddles none;
-  std::vector<std::optional<FaceSubdivider>> parts(cells.count);
+  Parts parts(cells.count);
   run.phase("subdivide", numBlocksOf(cells.count, CHUNK), [&](std::size_t step) {
     const FaceSource::Reader read = input.faces.makeReader();
     FaceNodes face;
@@ -134,7 +162,6 @@ void FaceTessellator::writeCells(Run& run, const Input& input, const Cells& cell
     }
   });
 
-  SurfaceData& surface = output.surface;
   output.blends = NodeBlends(input.endId);
   std::vector<std::vector<std::size_t>> ids(cells.count);
   std::vector<Begin> begins(cells.count + 1);
@@ -147,36 +174,17 @@ void FaceTessellator::writeCells(Run& run, const Input& input, const Cells& cell
     begins[n + 1].index += parts[n]->corners().size() + parts[n]->polygons().size();
     begins[n + 1].vertex += ids[n].size();
   }
-  if (!fits(begins.back().index, surface, faults)) return;
-  surface.indices.resize(begins.back().index);
-  surface.inputCells.resize(begins.back().polygon, input.numCells);
-  surface.vertices.resize(3 * begins.back().vertex);
-  surface.edgeBegins.resize(begins.back().vertex, output.blends.endId());
-  surface.edgeEnds.resize(begins.back().vertex, output.blends.endId());
-  surface.weights.resize(begins.back().vertex);
+  if (!fits(begins.back().index, output.surface, faults)) return;
+  resize(input, output, begins.back());
   run.phase("write cells", numBlocksOf(cells.count, CHUNK), [&](std::size_t step) {
     for (std::size_t n = step * CHUNK; n < std::min((step + 1) * CHUNK, cells.count); ++n) {
       if (!parts[n]) continue;
       const FaceSubdivider& own = *parts[n];
-      std::int32_t* index = surface.indices.data() + begins[n].index;
-      std::size_t polygon = begins[n].polygon;
-      std::size_t corner = 0;
-      for (const FaceSubdivider::Polygon& p : own.polygons()) {
-        for (; corner < p.end; ++corner)
-          *index++ = static_cast<std::int32_t>(begins[n].vertex + own.corners()[corner]);
-        *index++ = -1;
-        surface.inputCells.set(polygon++, p.cell);
-      }
+      writePolygons(own, begins[n], output, [&](std::uint32_t corner) { return begins[n].vertex + corner; });
       const KbVec3<double> centre = cells.centreOf(own.polygons().front().cell);
       for (std::size_t node = 0; node < ids[n].size(); ++node) {
-        const std::size_t vertex = begins[n].vertex + node;
         const KbVec3<double> p = own.splitter().position(static_cast<std::uint32_t>(node));
-        for (std::size_t axis = 0; axis < 3; ++axis)
-          surface.vertices[3 * vertex + axis] =
-              static_cast<float>(centre[axis] + (p[axis] - centre[axis]) * cells.factor);
-        surface.edgeBegins.set(vertex, ids[n][node]);
-        surface.edgeEnds.set(vertex, ids[n][node]);
-        surface.weights[vertex] = 0.0f;
+        writeVertex(output.surface, begins[n].vertex + node, ids[n][node], centre + (p - centre) * cells.factor);
       }
     }
   });

@@ -16,6 +16,62 @@ constexpr std::size_t STEP = 4096; // cells or vertices of one step
 
 std::size_t countAlong(const Dims& dims, std::size_t axis) { return axis == 0 ? dims.i : axis == 1 ? dims.j : dims.k; }
 
+/// An edge along the axis by its two nodes; a whole position takes one node for both.
+using Edge = std::pair<std::size_t, std::size_t>;
+using Quad = std::array<Edge, 4>;
+
+/// Finds the edges that the surface's corners lie on.
+class QuadReader {
+public:
+  /// `weight` is the position between the two nodes of an edge.
+  QuadReader(const MeshView& mesh, std::size_t axis, double weight, Faults& faults)
+      : m_mesh(mesh)
+      , m_axis(axis)
+      , m_weight(weight)
+      , m_isReversed(FaceWriter::isLeftHanded(mesh))
+      , m_faults(faults) {}
+
+  /// False, and told, for a cell that cannot be used.
+  bool read(std::size_t cell, Quad& quad) const {
+    CellNodes nodes;
+    std::visit([&](const auto& view) { view.load(cell, nodes); }, m_mesh.cells);
+    if (!std::all_of(nodes.begin(), nodes.end(), [&](std::size_t n) { return m_mesh.hasNode(n); })) {
+      m_faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+      return false;
+    }
+    const CellFace& face = CELL_FACES[HEXAHEDRON].faces[HEXAHEDRON_FACE[m_axis][1]];
+    bool areFinite = true;
+    for (std::size_t c = 0; c < 4; ++c) {
+      const std::size_t corner = face.corners[m_isReversed ? 3 - c : c];
+      const std::size_t upper = nodes[corner];
+      const std::size_t lower = nodes[CORNER_OF_OFFSET[OFFSET_OF_CORNER[corner] & ~(std::size_t{1} << m_axis)]];
+      quad[c] = {m_weight == 1.0 ? upper : lower, m_weight == 0.0 ? lower : upper};
+      areFinite = areFinite && isFinite(m_mesh.points[quad[c].first]) && isFinite(m_mesh.points[quad[c].second]);
+    }
+    if (!areFinite) m_faults.add(Faults::COORDINATE_NOT_FINITE, cell);
+    return areFinite;
+  }
+
+private:
+  const MeshView& m_mesh;
+  std::size_t m_axis;
+  double m_weight;
+  bool m_isReversed;
+  Faults& m_faults;
+};
+
+void writeVertex(const MeshView& mesh, std::size_t vertex, const Edge& edge, double weight, SurfaceData& output) {
+  const auto [lower, upper] = edge;
+  const double w = lower == upper ? 0.0 : weight;
+  const KbVec3<double> a = mesh.points[lower];
+  const KbVec3<double> p = w == 0.0 ? a : a + (mesh.points[upper] - a) * w;
+  for (std::size_t x = 0; x < 3; ++x)
+    output.vertices[3 * vertex + x] = static_cast<float>(p[x]);
+  output.edgeBegins.set(vertex, lower);
+  output.edgeEnds.set(vertex, upper);
+  output.weights[vertex] = static_cast<float>(w);
+}
+
 } // namespace
 
 std::vector<std::size_t> openCellsOfLayer(const MeshView& mesh, std::size_t axis, std::size_t index) {
@@ -44,35 +100,14 @@ void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, doubl
   const std::size_t layer = std::min(static_cast<std::size_t>(position), numLayers - 1);
   const double weight = position - static_cast<double>(layer);
   const std::vector<std::size_t> cells = openCellsOfLayer(mesh, axis, layer);
-  const bool isReversed = FaceWriter::isLeftHanded(mesh);
-
-  // The edge of each corner by its two nodes; a whole position takes one node for both.
-  using Edge = std::pair<std::size_t, std::size_t>;
-  Array<std::array<Edge, 4>> quads;
+  const QuadReader reader(mesh, axis, weight, faults);
+  Array<Quad> quads;
   Array<std::uint8_t> isUsable;
   quads.resize(cells.size());
   isUsable.resize(cells.size());
-  const CellFace& face = CELL_FACES[HEXAHEDRON].faces[HEXAHEDRON_FACE[axis][1]];
   run.phase("find edges", numBlocksOf(cells.size(), STEP), [&](std::size_t step) {
-    CellNodes nodes;
-    for (std::size_t q = step * STEP; q < std::min((step + 1) * STEP, cells.size()); ++q) {
-      std::visit([&](const auto& view) { view.load(cells[q], nodes); }, mesh.cells);
-      isUsable[q] = 0;
-      if (!std::all_of(nodes.begin(), nodes.end(), [&](std::size_t n) { return mesh.hasNode(n); })) {
-        faults.add(Faults::NODE_OUT_OF_RANGE, cells[q]);
-        continue;
-      }
-      bool areFinite = true;
-      for (std::size_t c = 0; c < 4; ++c) {
-        const std::size_t corner = face.corners[isReversed ? 3 - c : c];
-        const std::size_t upper = nodes[corner];
-        const std::size_t lower = nodes[CORNER_OF_OFFSET[OFFSET_OF_CORNER[corner] & ~(std::size_t{1} << axis)]];
-        quads[q][c] = {weight == 1.0 ? upper : lower, weight == 0.0 ? lower : upper};
-        areFinite = areFinite && isFinite(mesh.points[quads[q][c].first]) && isFinite(mesh.points[quads[q][c].second]);
-      }
-      if (!areFinite) faults.add(Faults::COORDINATE_NOT_FINITE, cells[q]);
-      isUsable[q] = areFinite;
-    }
+    for (std::size_t q = step * STEP; q < std::min((step + 1) * STEP, cells.size()); ++q)
+      isUsable[q] = reader.read(cells[q], quads[q]);
   });
 
   std::vector<Edge> edges;
@@ -104,17 +139,8 @@ void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, doubl
       return;
     }
     const std::size_t begin = (step - numQuadSteps) * STEP;
-    for (std::size_t v = begin; v < std::min(begin + STEP, edges.size()); ++v) {
-      const auto [lower, upper] = edges[v];
-      const double w = lower == upper ? 0.0 : weight;
-      const KbVec3<double> a = mesh.points[lower];
-      const KbVec3<double> p = w == 0.0 ? a : a + (mesh.points[upper] - a) * w;
-      for (std::size_t x = 0; x < 3; ++x)
-        output.vertices[3 * v + x] = static_cast<float>(p[x]);
-      output.edgeBegins.set(v, lower);
-      output.edgeEnds.set(v, upper);
-      output.weights[v] = static_cast<float>(w);
-    }
+    for (std::size_t v = begin; v < std::min(begin + STEP, edges.size()); ++v)
+      writeVertex(mesh, v, edges[v], weight, output);
   });
 }
 

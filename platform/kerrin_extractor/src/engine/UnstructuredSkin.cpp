@@ -338,67 +338,88 @@ void matchFaces(const MeshView& mesh, const std::vector<Candidates>& chunks, std
   });
 }
 
+/// What the passes over the cells share.
+struct Search {
+  Search(const MeshView& input, const CellRanges& cellRanges, std::size_t partitions)
+      : mesh(input)
+      , ranges(cellRanges)
+      , numParts(partitions)
+      , numWords(input.numNodes() / 2 + 1)
+      , words(numWords) {}
+  std::size_t wordOf(std::size_t node) const { return (node - mesh.beginNode) / 2; }
+
+  const MeshView& mesh;
+  const CellRanges& ranges;
+  std::size_t numParts;
+  std::size_t numWords;
+  Words words;
+};
+
+/// Combines the fingerprints of a chunk's faces: those of two cells cancel out.
+void pairFaces(Search& search, std::size_t chunk, Faults& faults) {
+  LocalWords local(search.words);
+  Scratch scratch;
+  std::visit(
+      [&](const auto& cells) {
+        visitChunk(search.mesh, search.ranges, chunk, [&](std::size_t cell) {
+          const Reading reading =
+              visitCell(search.mesh, cells, cell, scratch, [&](std::size_t, std::size_t owner, std::uint64_t hash) {
+                local.combine(search.wordOf(owner), hash);
+              });
+          if (reading == Reading::UNREADABLE_CELL) faults.add(Faults::UNREADABLE_CELL, cell);
+          if (reading == Reading::NODE_OUT_OF_RANGE) faults.add(Faults::NODE_OUT_OF_RANGE, cell);
+        });
+      },
+      search.mesh.cells);
+}
+
+/// The faces of a chunk at words where something is left.
+void collectUnpaired(const Search& search, std::size_t chunk, Candidates& out) {
+  thread_local std::vector<std::pair<FaceRef, std::uint32_t>> found;
+  found.clear();
+  Scratch scratch;
+  std::vector<std::uint32_t> ends(search.numParts + 1, 0);
+  std::visit(
+      [&](const auto& cells) {
+        visitChunk(search.mesh, search.ranges, chunk, [&](std::size_t cell) {
+          // Nearly all cells are far from the skin, which their nodes tell at once.
+          CellNodes nodes;
+          if (const CellCode code = cells.load(cell, nodes); code < POLYHEDRON) {
+            std::uint64_t unpaired = 0;
+            for (std::size_t c = 0; c < NUM_CORNERS[code]; ++c)
+              unpaired |= search.words[std::min(search.wordOf(nodes[c]), search.numWords - 1)];
+            if (unpaired == 0) return;
+          }
+          visitCell(search.mesh, cells, cell, scratch, [&](std::size_t face, std::size_t owner, std::uint64_t) {
+            const std::size_t word = search.wordOf(owner);
+            if (search.words[word] == 0) return;
+            const auto part = static_cast<std::uint32_t>(word * search.numParts / search.numWords);
+            found.emplace_back(FaceRef(cell, face), part);
+            ++ends[part + 1];
+          });
+        });
+      },
+      search.mesh.cells);
+  if (found.empty()) return;
+  for (std::size_t p = 0; p < search.numParts; ++p)
+    ends[p + 1] += ends[p];
+  out.begins = ends;
+  out.faces.reset(new FaceRef[found.size()]);
+  for (const auto& [ref, part] : found)
+    out.faces[ends[part]++] = ref;
+}
+
 } // namespace
 
 void UnstructuredSkin::find(Run& run, const MeshView& mesh, const CellRanges& ranges, FaceList& faces, Faults& faults) {
   const std::size_t numChunks = numBlocksOf(mesh.numCells, CHUNK);
-  const std::size_t numWords = mesh.numNodes() / 2 + 1;
   const std::size_t numParts = std::clamp<std::size_t>(mesh.numCells / CELLS_PER_PART, 1, MAX_PARTS);
-  const auto wordOf = [&](std::size_t node) { return (node - mesh.beginNode) / 2; };
   std::vector<Candidates> chunks(numChunks);
   {
-    Words words(numWords);
-    run.phase("pair faces", numChunks, [&](std::size_t chunk) {
-      LocalWords local(words);
-      Scratch scratch;
-      std::visit(
-          [&](const auto& cells) {
-            visitChunk(mesh, ranges, chunk, [&](std::size_t cell) {
-              const Reading reading =
-                  visitCell(mesh, cells, cell, scratch, [&](std::size_t, std::size_t owner, std::uint64_t hash) {
-                    local.combine(wordOf(owner), hash);
-                  });
-              if (reading == Reading::UNREADABLE_CELL) faults.add(Faults::UNREADABLE_CELL, cell);
-              if (reading == Reading::NODE_OUT_OF_RANGE) faults.add(Faults::NODE_OUT_OF_RANGE, cell);
-            });
-          },
-          mesh.cells);
-    });
-    run.phase("collect unpaired faces", numChunks, [&](std::size_t chunk) {
-      thread_local std::vector<std::pair<FaceRef, std::uint32_t>> found;
-      found.clear();
-      Scratch scratch;
-      std::vector<std::uint32_t> ends(numParts + 1, 0);
-      std::visit(
-          [&](const auto& cells) {
-            visitChunk(mesh, ranges, chunk, [&](std::size_t cell) {
-              // Nearly all cells are far from the skin, which their nodes tell at once.
-              CellNodes nodes;
-              if (const CellCode code = cells.load(cell, nodes); code < POLYHEDRON) {
-                std::uint64_t unpaired = 0;
-                for (std::size_t c = 0; c < NUM_CORNERS[code]; ++c)
-                  unpaired |= words[std::min(wordOf(nodes[c]), numWords - 1)];
-                if (unpaired == 0) return;
-              }
-              visitCell(mesh, cells, cell, scratch, [&](std::size_t face, std::size_t owner, std::uint64_t) {
-                const std::size_t word = wordOf(owner);
-                if (words[word] == 0) return;
-                const auto part = static_cast<std::uint32_t>(word * numParts / numWords);
-                found.emplace_back(FaceRef(cell, face), part);
-                ++ends[part + 1];
-              });
-            });
-          },
-          mesh.cells);
-      if (found.empty()) return;
-      Candidates& out = chunks[chunk];
-      for (std::size_t p = 0; p < numParts; ++p)
-        ends[p + 1] += ends[p];
-      out.begins = ends;
-      out.faces.reset(new FaceRef[found.size()]);
-      for (const auto& [ref, part] : found)
-        out.faces[ends[part]++] = ref;
-    });
+    Search search(mesh, ranges, numParts);
+    run.phase("pair faces", numChunks, [&](std::size_t chunk) { pairFaces(search, chunk, faults); });
+    run.phase("collect unpaired faces", numChunks,
+              [&](std::size_t chunk) { collectUnpaired(search, chunk, chunks[chunk]); });
   }
   std::vector<std::vector<FaceRef>> parts(numParts);
   run.phase("match faces", numParts, [&](std::size_t part) { matchFaces(mesh, chunks, part, parts[part]); });
