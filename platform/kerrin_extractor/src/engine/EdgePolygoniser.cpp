@@ -185,7 +185,7 @@ public:
     }
     for (std::size_t at = 0; at < count; ++at) {
       if (at + AHEAD < count) cells.prefetch(m_begin + crossed[at + AHEAD]);
-      if (at + AHEAD / 2 < count) {
+      if (Cells::ARE_ARRAYS && at + AHEAD / 2 < count) {
         const CellCode code = cells.loadForValues(m_begin + crossed[at + AHEAD / 2], nodes);
         for (std::size_t i = 0; code < POLYHEDRON && i < NUM_CORNERS[code]; ++i)
           m_job.mesh.points.prefetch(nodes[i]);

@@ -31,11 +31,12 @@ using CellNodes = std::array<std::size_t, 8>;
 
 // Each view below offers: `load(cell, nodes)`, the ids of the corners; `loadForValues`, the same where only the values
 // are asked for (ids may then name any node with the same value); `prefetch(cell)`, which brings what `load` will read
-// nearer where that is known.
+// nearer where that is known; `ARE_ARRAYS`, whether loading costs little.
 
 /// Cells of one shape in a plain array.
 template <class Index>
 struct UniformCells {
+  static constexpr bool ARE_ARRAYS = true;
   const Index* connectivity;
   std::size_t stride;
   CellCode code;
@@ -67,6 +68,7 @@ struct UniformCells {
 /// Cells of several shapes in plain arrays.
 template <class Index>
 struct MixedCells {
+  static constexpr bool ARE_ARRAYS = true;
   const Index* connectivity;
   std::size_t connectivitySize;
   const Index* offsets;
@@ -93,6 +95,7 @@ struct MixedCells {
 
 /// Cells read through the topology's virtual operations.
 struct VirtualCells {
+  static constexpr bool ARE_ARRAYS = false;
   const KiVolumeTopologyExplicitI* topology;
 
   CellCode load(std::size_t cell, CellNodes& nodes) const;
@@ -102,6 +105,7 @@ struct VirtualCells {
 
 /// Hexahedra with explicit nodes, addressed by (i, j, k).
 struct HexahedronIjkCells {
+  static constexpr bool ARE_ARRAYS = false;
   const KiHexahedronTopologyExplicitIjk* topology;
   Dims cells;
 
@@ -116,6 +120,7 @@ struct HexahedronIjkCells {
 
 /// Hexahedra of a structured grid.
 struct GridCells {
+  static constexpr bool ARE_ARRAYS = true;
   Dims cells;
   Dims nodes;
 
@@ -137,6 +142,7 @@ struct GridCells {
 /// Hexahedra with corners of their own. A node's id is its grid node and the first of the eight cells around it whose
 /// corner lies at the same position: corners that touch get one id, torn ones several.
 struct CornerCells {
+  static constexpr bool ARE_ARRAYS = false;
   const KiGeometryHexahedronIjk* geometry;
   Dims cells;
   Dims nodes;
