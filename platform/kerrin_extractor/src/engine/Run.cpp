@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "Run.h"
 
+#include "ThreadLoop.h"
+
 #include <KerrinExtractor/KiCancellationException.h>
 
-#include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
 #include <atomic>
@@ -30,10 +31,11 @@ void Run::loop(std::size_t numSteps, const std::function<void(std::size_t)>& bod
       body(step);
     return;
   }
-  tbb::parallel_for(tbb::blocked_range<std::size_t>(0, numSteps), [&](const tbb::blocked_range<std::size_t>& range) {
-    for (std::size_t step = range.begin(); step != range.end(); ++step)
-      body(step);
-  });
+#if defined(__SANITIZE_THREAD__)
+  ThreadLoop(numSteps, body).run();
+#else
+  tbb::parallel_for(std::size_t{0}, numSteps, body);
+#endif
 }
 
 void Run::phase(const char* name, std::size_t numSteps, const std::function<void(std::size_t)>& body) {
