@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -148,6 +150,35 @@ TEST(IsosurfaceExample, DrawsItsPicture) {
   const Outcome outcome = runIn(folder, KERRIN_EXAMPLE);
   ASSERT_EQ(outcome.status, 0) << outcome.errors;
   EXPECT_GT(numDrawnPixels(folder / "isosurface.png"), 30000);
+}
+
+TEST(ExtractorsExample, TellsWhatItFinds) {
+  const Outcome outcome = runIn(folderOfTest(), KERRIN_EXTRACTORS_EXAMPLE);
+  ASSERT_EQ(outcome.status, 0) << outcome.errors;
+  std::istringstream lines(outcome.output);
+  const auto expectLine = [&](const std::string& wanted) {
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_EQ(line, wanted);
+  };
+  expectLine("faces of the skin: 9600"); // six sides of 40 x 40 cells
+  expectLine("faces of a section: 1600");
+  expectLine("faces of a section: 1600");
+  for (int isoline = 0; isoline < 3; ++isoline)
+    expectLine("segments of an isoline: 40");
+  // Circles of radius 0.2 and 0.4 around the axis, followed for a length of 2.
+  for (const double radius : {0.2, 0.4}) {
+    std::string line;
+    std::getline(lines, line);
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    ASSERT_EQ(std::sscanf(line.c_str(), "a streamline ends at: %lf %lf %lf", &x, &y, &z), 3) << line;
+    EXPECT_NEAR(x, 0.5 + radius * std::cos(2.0 / radius), 2e-3);
+    EXPECT_NEAR(y, 0.5 + radius * std::sin(2.0 / radius), 2e-3);
+    EXPECT_NEAR(z, 0.5, 1e-3);
+  }
+  expectLine("temperature at a point: 20.60");
 }
 
 } // namespace
