@@ -5,6 +5,7 @@
 #include "CellReader.h"
 #include "CornerValues.h"
 #include "FinitePosition.h"
+#include "KnownFunctions.h"
 
 #include <algorithm>
 #include <bit>

@@ -47,58 +47,6 @@ bool makeRawCells(const KiTopology& mesh, const KiVolumeTopologyExplicitI* topol
 
 } // namespace
 
-CellCode codeOf(std::size_t shape, std::size_t numNodes) {
-  constexpr std::array<std::uint8_t, 8> NUM_NODES{4, 5, 6, 8, 10, 13, 15, 20};
-  if (shape == KiVolumeCell::POLYHEDRON) return POLYHEDRON;
-  if (shape >= NUM_NODES.size() || numNodes != NUM_NODES[shape]) return UNREADABLE;
-  return static_cast<CellCode>(shape % 4);
-}
-
-CellCode VirtualCells::load(std::size_t cell, CellNodes& nodes) const {
-  const KiVolumeCell* c = topology->getCell(cell);
-  if (!c) return UNREADABLE;
-  const KiCell& base = *c; // found once: it is a virtual base
-  const CellCode code = codeOf(c->getShape(), base.getNumNodes());
-  if (code < POLYHEDRON)
-    for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
-      nodes[i] = base.getNodeIndex(i);
-  return code;
-}
-
-CellCode CornerCells::load(std::size_t cell, CellNodes& ids) const {
-  const auto [i, j, k] = cells.split(cell);
-  // Corners of the neighbours, fetched when first asked for; the cell itself is in the middle.
-  std::array<std::array<KbVec3<double>, 8>, 27> corners;
-  std::array<bool, 27> isFetched{};
-  const auto cornersOf = [&](std::size_t di, std::size_t dj, std::size_t dk) -> const std::array<KbVec3<double>, 8>& {
-    const std::size_t n = di + 3 * (dj + 3 * dk);
-    if (!isFetched[n]) {
-      geometry->getCellCorners(i + di - 1, j + dj - 1, k + dk - 1, corners[n].data());
-      isFetched[n] = true;
-    }
-    return corners[n];
-  };
-  const auto exists = [](std::size_t index, std::size_t shift, std::size_t count) {
-    return index + shift >= 1 && index + shift - 1 < count;
-  };
-  const std::array<KbVec3<double>, 8> own = cornersOf(1, 1, 1);
-  for (std::size_t offset = 0; offset < 8; ++offset) {
-    const std::size_t oi = offset & 1;
-    const std::size_t oj = offset >> 1 & 1;
-    const std::size_t ok = offset >> 2;
-    std::size_t slot = 0;
-    for (; slot < offset; ++slot) {
-      const std::size_t di = 1 + oi - (slot & 1);
-      const std::size_t dj = 1 + oj - (slot >> 1 & 1);
-      const std::size_t dk = 1 + ok - (slot >> 2);
-      if (!exists(i, di, cells.i) || !exists(j, dj, cells.j) || !exists(k, dk, cells.k)) continue;
-      if (cornersOf(di, dj, dk)[CORNER_OF_OFFSET[slot]] == own[CORNER_OF_OFFSET[offset]]) break;
-    }
-    ids[CORNER_OF_OFFSET[offset]] = nodes.flat(i + oi, j + oj, k + ok) << CORNER_SLOT_BITS | slot;
-  }
-  return HEXAHEDRON;
-}
-
 MeshView::MeshView(const KiVolumeMeshUnstructured& mesh)
     : m_explicit(&mesh.getTopology()) {
   readTopology(*m_explicit);

@@ -3,6 +3,7 @@
 
 #include "Blocks.h"
 #include "CornerValues.h"
+#include "KnownFunctions.h"
 
 namespace kx {
 namespace {

@@ -2,6 +2,7 @@
 // The first pass of the row polygoniser: which nodes are inside, from sets and from functions of space.
 #include "RowJob.h"
 
+#include "BlockReader.h"
 #include "Blocks.h"
 
 #include <limits>

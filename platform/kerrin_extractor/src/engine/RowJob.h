@@ -2,7 +2,9 @@
 #pragma once
 
 #include "Blocks.h"
+#include "KnownFunctions.h"
 #include "RowFunctions.h"
+#include "RowPoints.h"
 #include "RowPolygoniser.h"
 #include "RowValues.h"
 

@@ -3,6 +3,7 @@
 
 #include "Blocks.h"
 #include "OutlineTracer.h"
+#include "PlaneFunction.h"
 #include "WrittenPolygons.h"
 
 #include <KerrinExtractor/KiRawArrays.h>

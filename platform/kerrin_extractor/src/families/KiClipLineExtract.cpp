@@ -5,6 +5,7 @@
 #include "src/engine/CurvedSurface.h"
 #include "src/engine/Extraction.h"
 #include "src/engine/IsolineTracer.h"
+#include "src/engine/PlaneFunction.h"
 
 #include <KerrinExtractor/KiClipLineExtractIj.h>
 #include <KerrinExtractor/KiClipLineExtractUnstructured.h>

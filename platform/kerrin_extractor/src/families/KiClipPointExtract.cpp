@@ -4,6 +4,7 @@
 #include "src/engine/FaceCutter.h"
 #include "src/engine/LineCells.h"
 #include "src/engine/Numbers.h"
+#include "src/engine/PlaneFunction.h"
 #include "src/engine/PointMesh.h"
 #include "src/engine/Product.h"
 

@@ -2,6 +2,7 @@
 // Sections by planes, spheres and cylinders: each family is its function of space; the three forms of the contract are
 // written once.
 #include "CutShell.h"
+#include "src/engine/KnownFunctions.h"
 
 #include <KerrinExtractor/KiCylinderSliceExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiCylinderSliceExtractIjk.h>
