@@ -17,7 +17,6 @@
 namespace {
 
 using namespace fuzz;
-using pick::MessageLog;
 
 constexpr double INFINITE = std::numeric_limits<double>::infinity();
 const double NOT_A_NUMBER = std::nan("");

@@ -195,10 +195,10 @@ TEST(CellExtract, SurfacesShrinkByTheSquareOfTheFactor) {
 TEST(CellExtract, RefusesAFactorThatLeavesNothing) {
   const KbSurfaceMeshRegular mesh({2, 2}, {0, 0, 0}, {1, 1, 0});
   const std::unique_ptr<KiCellExtractIj> extractor(KiCellExtractIj::getNewInstance(mesh, false, nullptr));
-  lines::Messages messages;
+  MessageLog messages;
   EXPECT_EQ(extractor->extract(-1.0, nullptr).getTopology().getNumCells(), 0u);
-  ASSERT_EQ(messages.all().size(), 1u);
-  EXPECT_EQ(messages.all()[0], "KiCellExtractIj::extract: the factor -1.000000 is not greater than 0");
+  ASSERT_EQ(messages.lines.size(), 1u);
+  EXPECT_EQ(messages.lines[0], "KiCellExtractIj::extract: the factor -1.000000 is not greater than 0");
 }
 
 TEST(CellExtract, CurvedCellsFillABallByTheCubeOfTheFactor) {

@@ -138,16 +138,16 @@ TEST(ClipLine, MapsSetsOntoEdgesAndJoints) {
 
 TEST(ClipLine, RefusesPlanesAndCurtainsWithoutDirection) {
   Wavy wavy;
-  lines::Messages messages;
+  MessageLog messages;
   EXPECT_EQ(lines::numCells(wavy.extractor->extract(Vec3(0, 0, 0), 0.5, nullptr)), 0u);
   EXPECT_EQ(lines::numCells(wavy.extractor->extract(Vec3(0, 0, 0), {{0, 0, 0}, {1, 1, 0}}, nullptr)), 0u);
   EXPECT_EQ(lines::numCells(wavy.extractor->extract(Vec3(0, 0, 1), {{0.5, 0.5, 0}, {0.5, 0.5, 1}}, nullptr)), 0u);
   EXPECT_EQ(lines::numCells(wavy.extractor->extract(Vec3(0, 0, 1), {{0.5, NAN, 0}, {0.5, 0.5, 1}}, nullptr)), 0u);
-  ASSERT_EQ(messages.all().size(), 4u);
-  EXPECT_EQ(messages.all()[1],
+  ASSERT_EQ(messages.lines.size(), 4u);
+  EXPECT_EQ(messages.lines[1],
             "KiClipLineExtractUnstructured::extract: the direction of the curtain has no finite length");
   EXPECT_EQ(lines::numCells(wavy.extractor->extract(Vec3(1, 0, 0), std::vector<Vec3>{}, nullptr)), 0u);
-  EXPECT_EQ(messages.all().size(), 4u) << "an empty polyline is no fault";
+  EXPECT_EQ(messages.lines.size(), 4u) << "an empty polyline is no fault";
 }
 
 TEST(ClipPoint, FindsEveryCrossingOfARandomPath) {

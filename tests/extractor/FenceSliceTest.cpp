@@ -469,11 +469,6 @@ TEST(FenceSliceLaws, BadParametersAreToldOnce) {
 /// Every kind: top and bottom of a warped lattice rise alike, so that the area is the polyline's length.
 template <class Kind>
 class FenceKinds : public testing::Test {};
-template <class K, class E>
-struct KindOf {
-  using Kind = K;
-  using Extractor = E;
-};
 using Kinds =
     testing::Types<KindOf<Unstructured, KiFenceSliceExtractUnstructured>,
                    KindOf<HexahedronIjk, KiFenceSliceExtractHexahedronIjk>,

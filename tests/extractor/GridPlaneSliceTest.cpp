@@ -23,11 +23,6 @@ protected:
     return std::unique_ptr<typename Family::Extractor>(Family::Extractor::getNewInstance(kind.mesh, true, nullptr));
   }
 };
-template <class K, class E>
-struct KindOf {
-  using Kind = K;
-  using Extractor = E;
-};
 using Kinds =
     testing::Types<KindOf<Unstructured, KiGridPlaneSliceExtractUnstructured>,
                    KindOf<HexahedronIjk, KiGridPlaneSliceExtractHexahedronIjk>,

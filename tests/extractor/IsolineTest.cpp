@@ -283,7 +283,7 @@ TEST(Isoline, RefusesWhatItCannotUse) {
   const KbScalarSetI isShort("short", DataBinding::PER_NODE, values);
   const std::unique_ptr<KiIsolineExtractUnstructured> extractor(
       KiIsolineExtractUnstructured::getNewInstance(mesh, false));
-  lines::Messages messages;
+  MessageLog messages;
   for (const KbScalarSetI* set : {&perCell, &isShort}) {
     const auto& meshes = extractor->extract({0.5, 1.0}, *set, nullptr);
     ASSERT_EQ(meshes.size(), 2u);
@@ -291,10 +291,10 @@ TEST(Isoline, RefusesWhatItCannotUse) {
   }
   const KbScalarSetI good("wave", DataBinding::PER_NODE, a.values);
   extractor->extract({std::numeric_limits<double>::quiet_NaN(), 0.1}, good, nullptr);
-  ASSERT_EQ(messages.all().size(), 3u);
-  EXPECT_EQ(messages.all()[0], "KiIsolineExtractUnstructured::extract: the set \"rock\" is not bound to the nodes");
-  EXPECT_NE(messages.all()[1].find("\"short\" has fewer than the 25 values"), std::string::npos) << messages.all()[1];
-  EXPECT_NE(messages.all()[2].find("the isovalue nan is not finite"), std::string::npos) << messages.all()[2];
+  ASSERT_EQ(messages.lines.size(), 3u);
+  EXPECT_EQ(messages.lines[0], "KiIsolineExtractUnstructured::extract: the set \"rock\" is not bound to the nodes");
+  EXPECT_NE(messages.lines[1].find("\"short\" has fewer than the 25 values"), std::string::npos) << messages.lines[1];
+  EXPECT_NE(messages.lines[2].find("the isovalue nan is not finite"), std::string::npos) << messages.lines[2];
 }
 
 } // namespace

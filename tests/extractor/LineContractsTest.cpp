@@ -325,11 +325,11 @@ class LineContracts : public testing::TestWithParam<Row> {};
 
 TEST_P(LineContracts, AnEmptyMeshYieldsNothing) {
   const Subject s = GetParam().make(true, true);
-  const lines::Messages messages;
+  const MessageLog messages;
   const Snapshot output = s.extract(0, false);
   EXPECT_TRUE(output.vertices.empty());
   EXPECT_TRUE(output.inputCells.empty());
-  EXPECT_TRUE(messages.all().empty());
+  EXPECT_TRUE(messages.lines.empty());
 }
 
 TEST_P(LineContracts, EqualCallsDoNothing) {

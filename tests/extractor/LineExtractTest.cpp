@@ -97,10 +97,10 @@ TEST(LineCellExtract, RefusesAFactorThatLeavesNothing) {
   Arcs arcs;
   const std::unique_ptr<KiLineCellExtractUnstructured> extractor(
       KiLineCellExtractUnstructured::getNewInstance(arcs.mesh, false, nullptr));
-  lines::Messages messages;
+  MessageLog messages;
   EXPECT_EQ(lines::numCells(extractor->extract(0.0, nullptr)), 0u);
-  ASSERT_EQ(messages.all().size(), 1u);
-  EXPECT_EQ(messages.all()[0], "KiLineCellExtractUnstructured::extract: the factor 0.000000 is not greater than 0");
+  ASSERT_EQ(messages.lines.size(), 1u);
+  EXPECT_EQ(messages.lines[0], "KiLineCellExtractUnstructured::extract: the factor 0.000000 is not greater than 0");
 }
 
 } // namespace

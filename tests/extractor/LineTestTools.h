@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "extractor/MessageLog.h"
+
 #include <KerrinExtractor/KeXLineMeshUnstructured.h>
-#include <KerrinExtractor/KiMessage.h>
 
 #include <cstdint>
 #include <map>
@@ -13,23 +14,6 @@
 namespace lines {
 
 using Vec3 = KbVec3<double>;
-
-/// Collects the messages that are posted while it lives.
-class Messages {
-public:
-  Messages() { KiMessage::setHandler(&collect, this); }
-  ~Messages() { KiMessage::setHandler(nullptr, nullptr); }
-  Messages(const Messages&) = delete;
-  Messages& operator=(const Messages&) = delete;
-
-  const std::vector<std::string>& all() const { return m_all; }
-
-private:
-  static void collect(void* data, const char* origin, const char* text) {
-    static_cast<Messages*>(data)->m_all.push_back(std::string(origin) + ": " + text);
-  }
-  std::vector<std::string> m_all;
-};
 
 inline std::size_t numCells(const KeXLineMeshUnstructured& mesh) { return mesh.getTopology().getNumCells(); }
 

@@ -3,12 +3,13 @@
 
 // What the tests of probes and of streamlines share: filters by flat index, a recording callback, collected messages,
 // reproducible points.
+#include "extractor/MessageLog.h"
+
 #include <KerrinExtractor/KbVec3.h>
 #include <KerrinExtractor/KiCellFilterI.h>
 #include <KerrinExtractor/KiCellFilterIj.h>
 #include <KerrinExtractor/KiCellFilterIjk.h>
 #include <KerrinExtractor/KiExtractorCallback.h>
-#include <KerrinExtractor/KiMessage.h>
 #include <KerrinExtractor/KxTimeStamp.h>
 
 #include <cstdint>
@@ -101,23 +102,6 @@ public:
       text += "()";
     return text + "E";
   }
-};
-
-/// Collects messages instead of printing them.
-class Messages {
-public:
-  Messages() {
-    KiMessage::setHandler(
-        [](void* data, const char* origin, const char* text) {
-          static_cast<Messages*>(data)->texts.push_back(std::string(origin) + ": " + text);
-        },
-        this);
-  }
-  ~Messages() { KiMessage::setHandler(nullptr, nullptr); }
-  Messages(const Messages&) = delete;
-  Messages& operator=(const Messages&) = delete;
-
-  std::vector<std::string> texts;
 };
 
 /// Reproducible points in a cube.

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "extractor/MessageLog.h"
+
 #include <KerrinExtractor/KeXDataSetI.h>
 #include <KerrinExtractor/KeXLineMeshUnstructured.h>
 #include <KerrinExtractor/KeXSurfaceMeshUnstructured.h>
 #include <KerrinExtractor/KiExtractorCallback.h>
-#include <KerrinExtractor/KiMessage.h>
 #include <KerrinMesh/KbCellListFilter.h>
 #include <KerrinMesh/KbDataSet.h>
 #include <KerrinMesh/KbMeshMaker.h>
@@ -41,20 +42,6 @@ using Vec3 = KbVec3<double>;
 
 /// A linear function: exact between nodes, whatever the interpolation.
 inline double linear(const Vec3& p) { return 1.0 + p[0] + 2.0 * p[1] - 3.0 * p[2]; }
-
-class MessageLog {
-public:
-  MessageLog() { KiMessage::setHandler(&MessageLog::add, this); }
-  ~MessageLog() { KiMessage::setHandler(nullptr, nullptr); }
-  MessageLog(const MessageLog&) = delete;
-  MessageLog& operator=(const MessageLog&) = delete;
-  std::vector<std::string> lines;
-
-private:
-  static void add(void* self, const char* origin, const char* text) {
-    static_cast<MessageLog*>(self)->lines.push_back(std::string(origin) + ": " + text);
-  }
-};
 
 /// Records the calls of an extraction as letters (B e extraction, P p phase, s step); answers no at a chosen question.
 class Recorder final : public KiExtractorCallback {
@@ -164,28 +151,28 @@ using FormI = Form<1, KiCellFilterI, KbScalarSetI, KbVec3SetI, KbCellListFilterI
 using FormIj = Form<2, KiCellFilterIj, KbScalarSetIj, KbVec3SetIj, KbCellListFilterIj>;
 using FormIjk = Form<3, KiCellFilterIjk, KbScalarSetIjk, KbVec3SetIjk, KbCellListFilterIjk>;
 
-/// Each kind: the mesh, and the forms of its sets.
-struct Unstructured : Lattice {
-  using CellForm = FormI;
-  using NodeForm = FormI;
+/// A kind of mesh with the forms of its sets. `Arrays` is `Lattice` or `SurfaceLattice`.
+template <class Arrays, class Cells, class Nodes>
+struct KindOn : Arrays {
+  using Arrays::Arrays;
+  using CellForm = Cells;
+  using NodeForm = Nodes;
+};
+struct Unstructured : KindOn<Lattice, FormI, FormI> {
   explicit Unstructured(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : Lattice(n, 0.03, deadCells)
+      : KindOn(n, 0.03, deadCells)
       , mesh(arrays.coordinates, arrays.cells(), dead) {}
   KbVolumeMeshUnstructured mesh;
 };
-struct HexahedronIjk : Lattice {
-  using CellForm = FormIjk;
-  using NodeForm = FormI;
+struct HexahedronIjk : KindOn<Lattice, FormIjk, FormI> {
   explicit HexahedronIjk(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : Lattice(n, 0.03, deadCells)
+      : KindOn(n, 0.03, deadCells)
       , mesh(n, arrays.coordinates, arrays.connectivity, dead) {}
   KbVolumeMeshHexahedronIjk mesh;
 };
-struct VertexHexahedronIjk : Lattice {
-  using CellForm = FormIjk;
-  using NodeForm = FormIjk;
+struct VertexHexahedronIjk : KindOn<Lattice, FormIjk, FormIjk> {
   explicit VertexHexahedronIjk(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : Lattice(n, 0.0, deadCells)
+      : KindOn(n, 0.0, deadCells)
       , coord(makeCoord())
       , zcorn(makeZcorn())
       , mesh(n, coord, zcorn, dead) {}
@@ -211,19 +198,15 @@ private:
     return z;
   }
 };
-struct Regular : Lattice {
-  using CellForm = FormIjk;
-  using NodeForm = FormIjk;
+struct Regular : KindOn<Lattice, FormIjk, FormIjk> {
   explicit Regular(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : Lattice(n, 0.0, deadCells)
+      : KindOn(n, 0.0, deadCells)
       , mesh(n, {0, 0, 0}, {1, 1, 1}, dead) {}
   KbVolumeMeshRegular mesh;
 };
-struct Rectilinear : Lattice {
-  using CellForm = FormIjk;
-  using NodeForm = FormIjk;
+struct Rectilinear : KindOn<Lattice, FormIjk, FormIjk> {
   explicit Rectilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : Lattice(n, 0.0, deadCells)
+      : KindOn(n, 0.0, deadCells)
       , x(axis(0))
       , y(axis(1))
       , z(axis(2))
@@ -231,11 +214,9 @@ struct Rectilinear : Lattice {
   std::vector<float> x, y, z;
   KbVolumeMeshRectilinear mesh;
 };
-struct Curvilinear : Lattice {
-  using CellForm = FormIjk;
-  using NodeForm = FormIjk;
+struct Curvilinear : KindOn<Lattice, FormIjk, FormIjk> {
   explicit Curvilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : Lattice(n, 0.03, deadCells)
+      : KindOn(n, 0.03, deadCells)
       , mesh(n, arrays.coordinates, dead) {}
   KbVolumeMeshCurvilinear mesh;
 };
@@ -261,40 +242,39 @@ struct SurfaceLattice {
   KbIndex<2> cells() const { return {counts[0], counts[1]}; }
   std::vector<float> axis(std::size_t a) const { return equalSteps(counts[a]); }
 };
-struct SurfaceUnstructured : SurfaceLattice {
-  using CellForm = FormI;
-  using NodeForm = FormI;
+struct SurfaceUnstructured : KindOn<SurfaceLattice, FormI, FormI> {
   explicit SurfaceUnstructured(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : SurfaceLattice(n, false, deadCells)
+      : KindOn(n, false, deadCells)
       , mesh(arrays.coordinates, arrays.cells(), dead) {}
   KbSurfaceMeshUnstructured mesh;
 };
-struct SurfaceRegular : SurfaceLattice {
-  using CellForm = FormIj;
-  using NodeForm = FormIj;
+struct SurfaceRegular : KindOn<SurfaceLattice, FormIj, FormIj> {
   explicit SurfaceRegular(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : SurfaceLattice(n, true, deadCells)
+      : KindOn(n, true, deadCells)
       , mesh(cells(), {0, 0, 0}, {1, 1, 0}, dead) {}
   KbSurfaceMeshRegular mesh;
 };
-struct SurfaceRectilinear : SurfaceLattice {
-  using CellForm = FormIj;
-  using NodeForm = FormIj;
+struct SurfaceRectilinear : KindOn<SurfaceLattice, FormIj, FormIj> {
   explicit SurfaceRectilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : SurfaceLattice(n, true, deadCells)
+      : KindOn(n, true, deadCells)
       , x(axis(0))
       , y(axis(1))
       , mesh(x, y, 0.0, dead) {}
   std::vector<float> x, y;
   KbSurfaceMeshRectilinear mesh;
 };
-struct SurfaceCurvilinear : SurfaceLattice {
-  using CellForm = FormIj;
-  using NodeForm = FormIj;
+struct SurfaceCurvilinear : KindOn<SurfaceLattice, FormIj, FormIj> {
   explicit SurfaceCurvilinear(const Counts& n, const std::vector<std::uint8_t>& deadCells = {})
-      : SurfaceLattice(n, false, deadCells)
+      : KindOn(n, false, deadCells)
       , mesh(cells(), arrays.coordinates, dead) {}
   KbSurfaceMeshCurvilinear mesh;
+};
+
+/// A kind of mesh with the extractor that serves it, for typed tests.
+template <class K, class E>
+struct KindOf {
+  using Kind = K;
+  using Extractor = E;
 };
 
 /// An output surface in plain form.

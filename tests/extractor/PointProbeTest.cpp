@@ -569,13 +569,13 @@ TEST(PointProbeInput, UnsuitableSetsAreZeroWithOneMessage) {
   ASSERT_TRUE(probe->isCellFound());
   const std::vector<double> values(8, 7.0);
   const KbScalarSetIjk tooShort("short", DataBinding::PER_NODE, values, {2, 2, 2});
-  Messages messages;
+  MessageLog messages;
   EXPECT_EQ(probe->getValue(tooShort), 0.0);
-  ASSERT_EQ(messages.texts.size(), 1u);
-  EXPECT_NE(messages.texts[0].find("KiPointProbeIjk::getValue: the set \"short\""), std::string::npos);
+  ASSERT_EQ(messages.lines.size(), 1u);
+  EXPECT_NE(messages.lines[0].find("KiPointProbeIjk::getValue: the set \"short\""), std::string::npos);
   const KbScalarSetIjk cells("cells", DataBinding::PER_CELL, values, {2, 2, 2});
   EXPECT_EQ(probe->getValue(cells), 7.0);
-  EXPECT_EQ(messages.texts.size(), 1u);
+  EXPECT_EQ(messages.lines.size(), 1u);
 }
 
 TEST(PointProbeInput, BadCellsAreLeftOutWithOneMessage) {
@@ -583,13 +583,13 @@ TEST(PointProbeInput, BadCellsAreLeftOutWithOneMessage) {
   arrays.coordinates[0] = std::numeric_limits<float>::quiet_NaN();
   const KbVolumeMeshUnstructured mesh(arrays.coordinates, arrays.cells());
   const std::unique_ptr<KiPointProbeUnstructured> probe(KiPointProbeUnstructured::getNewInstance(mesh, true));
-  Messages messages;
+  MessageLog messages;
   probe->move(Vec3(0.01), nullptr);
   EXPECT_FALSE(probe->isCellFound());
   probe->move({0.8, 0.7, 0.9}, nullptr);
   EXPECT_TRUE(probe->isCellFound());
-  ASSERT_EQ(messages.texts.size(), 1u);
-  EXPECT_NE(messages.texts[0].find("cell 0 has a node whose coordinates are not finite"), std::string::npos);
+  ASSERT_EQ(messages.lines.size(), 1u);
+  EXPECT_NE(messages.lines[0].find("cell 0 has a node whose coordinates are not finite"), std::string::npos);
 }
 
 TEST(PointProbeInput, NaNAtANodeIsNaNAtThePointsThatNeedIt) {

@@ -398,14 +398,14 @@ TEST(StreamlineInput, UnsuitableSetsAndParametersGiveOneMessageEach) {
   const std::vector<double> fewer(24, 1.0);
   const KbVec3SetIjk tooShort("short", DataBinding::PER_NODE, fewer, {2, 2, 2});
   const KbVec3SetIjk good("good", DataBinding::PER_NODE, values, {3, 3, 3});
-  Messages messages;
+  MessageLog messages;
   EXPECT_EQ(numPoints(*e->extract(tooShort, {Vec3(0.5)}, nullptr)[0]), 0u);
-  ASSERT_EQ(messages.texts.size(), 1u);
-  EXPECT_NE(messages.texts[0].find("KiStreamlineExtractIjk::extract: the set \"short\""), std::string::npos);
+  ASSERT_EQ(messages.lines.size(), 1u);
+  EXPECT_NE(messages.lines[0].find("KiStreamlineExtractIjk::extract: the set \"short\""), std::string::npos);
   e->setMaxLength(-1.0);
   e->setIntegrationStepLengthFactor(0.0);
   expectNear(lastPoint(*e->extract(good, {Vec3(0.5)}, nullptr)[0]), Vec3(1.0), 1e-6);
-  EXPECT_EQ(messages.texts.size(), 3u);
+  EXPECT_EQ(messages.lines.size(), 3u);
 }
 
 TEST(StreamlineInput, EmptyMeshGivesEmptyLines) {

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "extractor/ArrayMeshes.h"
+#include "extractor/MessageLog.h"
 
 #include <KerrinExtractor/KeXDataSetI.h>
 #include <KerrinExtractor/KeXSurfaceMeshUnstructured.h>
 #include <KerrinExtractor/KiBaseExtractor.h>
-#include <KerrinExtractor/KiMessage.h>
 
 #include <functional>
 #include <memory>
@@ -59,21 +59,6 @@ struct SubjectKind {
 
 /// Every kind of volume mesh, array-backed and with virtual operations alone.
 const std::vector<SubjectKind>& subjectKinds();
-
-/// Collects messages while it lives.
-class MessageLog {
-public:
-  MessageLog() { KiMessage::setHandler(&MessageLog::add, this); }
-  ~MessageLog() { KiMessage::setHandler(nullptr, nullptr); }
-  MessageLog(const MessageLog&) = delete;
-  MessageLog& operator=(const MessageLog&) = delete;
-  std::vector<std::string> lines;
-
-private:
-  static void add(void* self, const char* origin, const char* text) {
-    static_cast<MessageLog*>(self)->lines.push_back(std::string(origin) + ": " + text);
-  }
-};
 
 /// An output surface in plain form, with what laws ask of it.
 struct Surface {
