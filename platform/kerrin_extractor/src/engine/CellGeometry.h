@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "MeshView.h"
+#include "CellViews.h"
 
-#include <cmath>
 #include <vector>
 
 namespace kx {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "MeshView.h"
+#include "CellViews.h"
 #include "ValueView.h"
 
 #include <algorithm>

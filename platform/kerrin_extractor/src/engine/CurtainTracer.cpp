@@ -176,8 +176,7 @@ void CurtainTracer::trace(Run& run, const FlatMesh& mesh, const Curtain& curtain
     output.vertices.resize(3 * sources.size());
     for (std::size_t v = 0; v < sources.size(); ++v) {
       const KbVec3<double> p = sources[v].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        output.vertices[3 * v + axis] = static_cast<float>(p[axis]);
+      setPosition(output.vertices, v, p);
     }
   });
 }

@@ -2,7 +2,6 @@
 #include "EdgeSplitter.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace kx {
 

@@ -10,6 +10,12 @@
 
 namespace kx {
 
+/// Writes one of the triples that extracted vertices are.
+inline void setPosition(Array<float>& vertices, std::size_t vertex, const KbVec3<double>& position) {
+  for (std::size_t axis = 0; axis < 3; ++axis)
+    vertices[3 * vertex + axis] = static_cast<float>(position[axis]);
+}
+
 /// The geometry of extracted meshes over an array of float triples, which its owner rewrites.
 class ExtractedGeometry final : public KeXGeometryExplicit {
 public:

@@ -93,8 +93,7 @@ void writePolygons(const FaceSubdivider& part, const Begin& begin, const Output&
 
 /// Puts a vertex on a node.
 void writeVertex(SurfaceData& surface, std::size_t vertex, std::size_t id, const KbVec3<double>& p) {
-  for (std::size_t axis = 0; axis < 3; ++axis)
-    surface.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+  setPosition(surface.vertices, vertex, p);
   surface.edgeBegins.set(vertex, id);
   surface.edgeEnds.set(vertex, id);
   surface.weights[vertex] = 0.0f;

@@ -492,8 +492,7 @@ void FenceCutter::cut(Run& run, const MeshView& mesh, const Curtain& curtain, Su
     for (std::size_t v = step * PLACING_STEP; v < std::min((step + 1) * PLACING_STEP, keys.size()); ++v) {
       sources[v] = stencilOf(mesh, curtain, keys[v]);
       const KbVec3<double> p = sources[v].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        output.vertices[3 * v + axis] = static_cast<float>(p[axis]);
+      setPosition(output.vertices, v, p);
     }
   });
 }

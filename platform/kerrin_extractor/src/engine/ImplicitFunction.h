@@ -3,7 +3,6 @@
 
 #include <KerrinExtractor/KbVec3.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>

@@ -409,8 +409,7 @@ void IsolineTracer::writeChunk(const Job& job, const Chunk<Id>& chunk) {
           weight = (isovalue - a) / (values(v.b) - a);
           p += (points[v.b] - p) * weight;
         }
-        for (std::size_t axis = 0; axis < 3; ++axis)
-          data.vertices[3 * std::size_t{number} + axis] = static_cast<float>(p[axis]);
+        setPosition(data.vertices, number, p);
         line.sources.set(number++, v.a, v.b, weight);
       }
       for (std::size_t place = run.firstSegment; segment < run.endSegment; ++segment, ++place) {

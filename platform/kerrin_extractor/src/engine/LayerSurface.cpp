@@ -65,8 +65,7 @@ void writeVertex(const MeshView& mesh, std::size_t vertex, const Edge& edge, dou
   const double w = lower == upper ? 0.0 : weight;
   const KbVec3<double> a = mesh.points[lower];
   const KbVec3<double> p = w == 0.0 ? a : a + (mesh.points[upper] - a) * w;
-  for (std::size_t x = 0; x < 3; ++x)
-    output.vertices[3 * vertex + x] = static_cast<float>(p[x]);
+  setPosition(output.vertices, vertex, p);
   output.edgeBegins.set(vertex, lower);
   output.edgeEnds.set(vertex, upper);
   output.weights[vertex] = static_cast<float>(w);

@@ -8,7 +8,6 @@
 
 #include <map>
 #include <memory>
-#include <string>
 
 namespace kx {
 

@@ -4,7 +4,6 @@
 #include "Array.h"
 #include "Blocks.h"
 
-#include <algorithm>
 #include <atomic>
 #include <bit>
 #include <cstdint>

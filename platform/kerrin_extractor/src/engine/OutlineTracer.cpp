@@ -205,8 +205,7 @@ public:
     for (std::size_t w = 0; w < m_numbers.numWords(); ++w)
       m_numbers.visitWord(w, [&](std::size_t id, std::size_t vertex) {
         const Vec3 p = m_source.points()[id];
-        for (std::size_t axis = 0; axis < 3; ++axis)
-          lines.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+        setPosition(lines.vertices, vertex, p);
         m_output.ids.set(vertex, id);
       });
   }

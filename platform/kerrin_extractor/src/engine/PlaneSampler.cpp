@@ -205,8 +205,7 @@ void Sampling::writeVertices(std::size_t j, SurfaceData& output, NodeWeights& so
   std::size_t entry = m_rows[j].numEntries;
   forVertices(j, hit, [&](std::size_t i, std::size_t, const double* weights) {
     const Vec3 p = nodeAt(i, j, 0.0);
-    for (std::size_t axis = 0; axis < 3; ++axis)
-      output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+    setPosition(output.vertices, vertex, p);
     sources.begins[vertex++] = entry;
     for (std::size_t n = 0; n < hit.numNodes(); ++n) {
       if (weights[n] == 0.0) continue; // such a node has no say, even if it has no value

@@ -9,7 +9,6 @@
 #include "SurfaceMesh.h"
 
 #include <atomic>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -101,8 +100,7 @@ struct PolygonWriter {
         numbers.visitWord(w, [&](std::size_t id, std::size_t vertex) {
           const KbVec3<double> p = points[id];
           areAllFinite &= isFinite(p);
-          for (std::size_t axis = 0; axis < 3; ++axis)
-            output.vertices[3 * vertex + axis] = static_cast<float>(p[axis]);
+          setPosition(output.vertices, vertex, p);
           output.edgeBegins.set(vertex, id);
         });
       if (!areAllFinite) areFinite.store(false, std::memory_order_relaxed);

@@ -2,7 +2,7 @@
 #include "RowCases.h"
 
 #include "CaseTable.h"
-#include "MeshView.h"
+#include "CellViews.h"
 
 #include <algorithm>
 

@@ -3,8 +3,6 @@
 
 #include "PointView.h"
 
-#include <utility>
-
 namespace kx {
 
 // Points by (i, j, k), and the next one along an axis from a point `p` that is known.

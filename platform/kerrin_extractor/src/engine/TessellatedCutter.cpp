@@ -247,8 +247,7 @@ const KeXSurfaceMeshUnstructured& TessellatedCutter::finish(const MeshView& mesh
       point.position = at(t);
       form.blendAt(point.position, blend);
       const KbVec3<double> p = blend.valueAt([&mesh](std::size_t node) { return mesh.points[node]; });
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        data.vertices[3 * v + axis] = static_cast<float>(p[axis]);
+      setPosition(data.vertices, v, p);
     }
   });
   m_finishedStamp = surface.outputStamp();

@@ -5,7 +5,6 @@
 #include "NodeBounds.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace kx {

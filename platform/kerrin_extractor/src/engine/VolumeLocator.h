@@ -4,6 +4,7 @@
 #include "CellBins.h"
 #include "CellHit.h"
 #include "Faults.h"
+#include "MeshView.h"
 
 #include <atomic>
 #include <functional>

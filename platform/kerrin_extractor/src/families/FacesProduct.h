@@ -168,8 +168,7 @@ private:
       if (isKnown[point]) return;
       isKnown[point] = true;
       const KbVec3<double> p = view.points[node];
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        points.vertices[3 * point + axis] = static_cast<float>(p[axis]);
+      setPosition(points.vertices, point, p);
       points.inputCells.set(point, face.cell);
       m_pointNodes.set(point, node);
     });

@@ -121,7 +121,7 @@ public:
     request.parameters.push_back(chosen != nullptr);
     request.add(factor).add(m_tessellator);
     request.fault = kx::faultOfFactor(factor);
-    return m_product.update(callback, filter, std::move(request), 2,
+    return m_product.update(callback, filter, std::move(request), NUM_PHASES,
                             [&](kx::Run& run, const View& mesh, kx::SurfaceData& data, kx::Faults& faults) {
                               if (m_tessellator && kx::hasQuadraticCells(mesh))
                                 writeCurved(run, mesh, chosen, factor, data, faults);
@@ -140,6 +140,9 @@ public:
   const kx::SurfaceMesh& output() const { return m_product.output(); }
 
 private:
+  static constexpr std::size_t NUM_PHASES = 2; // in one way or the other
+  static_assert(NUM_PHASES == kx::FaceTessellator::NUM_CELL_PHASES);
+
   struct Counts {
     std::size_t vertices = 0;
     std::size_t polygons = 0;
@@ -199,8 +202,7 @@ private:
         const Vec3 centre = shape.centre();
         for (std::size_t c = 0; c < shape.corners().size(); ++c, ++at.vertices) {
           const Vec3 p = centre + (shape.corners()[c] - centre) * factor;
-          for (std::size_t axis = 0; axis < 3; ++axis)
-            data.vertices[3 * at.vertices + axis] = static_cast<float>(p[axis]);
+          kx::setPosition(data.vertices, at.vertices, p);
           data.edgeBegins.set(at.vertices, shape.nodes()[c]);
           data.edgeEnds.set(at.vertices, shape.nodes()[c]);
           data.weights[at.vertices] = 0.0f;

@@ -10,8 +10,6 @@
 
 #include <KerrinExtractor/KiClipPointExtract.h>
 
-#include <algorithm>
-
 namespace {
 
 using Vec3 = KbVec3<double>;
@@ -75,8 +73,7 @@ private:
     data.inputCells.resize(m_sources.size(), mesh.numCells);
     for (std::size_t v = 0; v < m_sources.size(); ++v) {
       const Vec3 p = position(m_sources[v]);
-      for (std::size_t axis = 0; axis < 3; ++axis)
-        data.vertices[3 * v + axis] = static_cast<float>(p[axis]);
+      kx::setPosition(data.vertices, v, p);
       data.inputCells.set(v, cells[v]);
     }
   }

@@ -13,8 +13,6 @@
 #include <KerrinExtractor/KiTessellatedLineExtract.h>
 #include <KerrinExtractor/KxLineExtractFactory.h>
 
-#include <cmath>
-
 namespace {
 
 using Vec3 = KbVec3<double>;
@@ -131,8 +129,7 @@ private:
                          m_sources.setBetween(vertex, points[p]);
                        Vec3 position = points[p].valueAt([&mesh](std::size_t id) { return mesh.points[id]; });
                        if (factor) position = centre + (position - centre) * *factor;
-                       for (std::size_t axis = 0; axis < 3; ++axis)
-                         data.vertices[3 * vertex + axis] = static_cast<float>(position[axis]);
+                       kx::setPosition(data.vertices, vertex, position);
                        if (p > 0) {
                          data.setSegment(segment, last, vertex);
                          data.inputCells.set(segment++, cell);

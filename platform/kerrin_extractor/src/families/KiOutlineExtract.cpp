@@ -9,7 +9,6 @@
 #include "src/engine/Product.h"
 #include "src/engine/StructuredSkin.h"
 #include "src/engine/SurfaceWriter.h"
-#include "src/engine/UnstructuredSkin.h"
 
 #include <KerrinExtractor/KiOutlineExtractHexahedronIjk.h>
 #include <KerrinExtractor/KiOutlineExtractIj.h>
