@@ -7,6 +7,7 @@
 #include "CellReader.h"
 #include "CornerValues.h"
 #include "FinitePosition.h"
+#include "KnownFunctions.h"
 
 #include <algorithm>
 #include <bit>
@@ -39,6 +40,16 @@ void splitLoop(const NodeLoop& loop, std::vector<NodeLoop>& polygons) {
   if (open.size() >= 3) polygons.push_back(std::move(open));
 }
 
+/// `FunctionValues` where function and positions are known as what they are, so that a value costs no call.
+template <class Function, class PointAt>
+struct KnownFunctionValues {
+  const Function& function;
+  PointAt pointAt;
+
+  using Raw = double;
+  double raw(std::size_t id) const { return function(pointAt(id)); }
+};
+
 bool hasRepeats(const CellNodes& nodes, std::size_t count) {
   std::uint64_t seen = 0; // a bit for each id modulo 64: most cells need no closer look
   for (std::size_t i = 0; i < count; ++i)
@@ -63,14 +74,7 @@ std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointAt& point
 }
 
 std::uint8_t stateOf(CellCode code, const CellNodes& nodes, const PointView& points) {
-  switch (points.kind) {
-  case PointView::Kind::FLOATS:
-    return stateOf(code, nodes, [&](std::size_t id) { return points.triple<float>(id); });
-  case PointView::Kind::DOUBLES:
-    return stateOf(code, nodes, [&](std::size_t id) { return points.triple<double>(id); });
-  default:
-    return stateOf(code, nodes, [&](std::size_t id) { return points[id]; });
-  }
+  return withPositions(points, [&](const auto& pointAt) { return stateOf(code, nodes, pointAt); });
 }
 
 } // namespace
@@ -388,8 +392,17 @@ void EdgePolygoniser::classify(Job& job, SurfaceParts<Id>& parts) {
     const std::size_t count = m_index.find(chunk, job.isovalue, function, candidates);
     if (count == 0) return;
     Classifier<Id> classifier(job, m_index, chunk, parts);
-    std::visit([&](const auto& cells, const auto& values) { classifier.take(cells, values, candidates, count); },
-               job.mesh.cells, job.field);
+    std::visit(
+        [&](const auto& cells, const auto& values) {
+          const auto take = [&](const auto& corners) { classifier.take(cells, corners, candidates, count); };
+          if constexpr (std::is_same_v<std::decay_t<decltype(values)>, FunctionValues>)
+            withFunction(*values.function, [&](const auto& f) {
+              withPositions(*values.points, [&](const auto& pointAt) { take(KnownFunctionValues{f, pointAt}); });
+            });
+          else
+            take(values);
+        },
+        job.mesh.cells, job.field);
   });
 }
 

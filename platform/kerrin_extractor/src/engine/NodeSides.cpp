@@ -40,13 +40,10 @@ void NodeSides::fill(Run& run, const MeshView& mesh, const ScalarField& field, d
           using Values = std::decay_t<decltype(values)>;
           const Threshold<typename Values::Raw> threshold(isovalue);
           if constexpr (std::is_same_v<Values, FunctionValues>) {
-            const PointView& points = *values.points;
             withFunction(*values.function, [&](const auto& function) {
-              if (points.kind == PointView::Kind::FLOATS)
-                fillSides(threshold, begin, end, sides,
-                          [&](std::size_t node) { return function(points.triple<float>(node)); });
-              else
-                fillSides(threshold, begin, end, sides, [&](std::size_t node) { return function(points[node]); });
+              withPositions(*values.points, [&](const auto& pointAt) {
+                fillSides(threshold, begin, end, sides, [&](std::size_t node) { return function(pointAt(node)); });
+              });
             });
           } else {
             fillSides(threshold, begin, end, sides,

@@ -83,4 +83,17 @@ private:
   KbVec3<double> general(std::size_t id) const;
 };
 
+/// Calls `visit` with what yields a position by a node's id and need not ask for the kind each time.
+template <class Visit>
+decltype(auto) withPositions(const PointView& points, const Visit& visit) {
+  switch (points.kind) {
+  case PointView::Kind::FLOATS:
+    return visit([&points](std::size_t id) { return points.triple<float>(id); });
+  case PointView::Kind::DOUBLES:
+    return visit([&points](std::size_t id) { return points.triple<double>(id); });
+  default:
+    return visit([&points](std::size_t id) { return points[id]; });
+  }
+}
+
 } // namespace kx
