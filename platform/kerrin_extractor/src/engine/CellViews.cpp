@@ -1,27 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellViews.h"
 
-#include <KerrinExtractor/KiVolumeCell.h>
-
 namespace kx {
-
-CellCode codeOf(std::size_t shape, std::size_t numNodes) {
-  constexpr std::array<std::uint8_t, 8> NUM_NODES{4, 5, 6, 8, 10, 13, 15, 20};
-  if (shape == KiVolumeCell::POLYHEDRON) return POLYHEDRON;
-  if (shape >= NUM_NODES.size() || numNodes != NUM_NODES[shape]) return UNREADABLE;
-  return static_cast<CellCode>(shape % 4);
-}
-
-CellCode VirtualCells::load(std::size_t cell, CellNodes& nodes) const {
-  const KiVolumeCell* c = topology->getCell(cell);
-  if (!c) return UNREADABLE;
-  const KiCell& base = *c; // found once: it is a virtual base
-  const CellCode code = codeOf(c->getShape(), base.getNumNodes());
-  if (code < POLYHEDRON)
-    for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
-      nodes[i] = base.getNodeIndex(i);
-  return code;
-}
 
 CellCode CornerCells::load(std::size_t cell, CellNodes& ids) const {
   const auto [i, j, k] = cells.split(cell);

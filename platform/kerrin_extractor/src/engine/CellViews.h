@@ -5,6 +5,7 @@
 
 #include <KerrinExtractor/KiGeometryHexahedronIjk.h>
 #include <KerrinExtractor/KiHexahedronTopologyExplicitIjk.h>
+#include <KerrinExtractor/KiVolumeCell.h>
 #include <KerrinExtractor/KiVolumeTopologyExplicitI.h>
 
 #include <array>
@@ -20,13 +21,39 @@ enum CellCode : std::uint8_t { TETRAHEDRON, PYRAMID, WEDGE, HEXAHEDRON, POLYHEDR
 inline constexpr std::array<std::uint8_t, 4> NUM_CORNERS{4, 5, 6, 8};
 
 /// The code of a shape with this number of nodes.
-CellCode codeOf(std::size_t shape, std::size_t numNodes);
+inline CellCode codeOf(std::size_t shape, std::size_t numNodes) {
+  constexpr std::array<std::uint8_t, 8> NUM_NODES{4, 5, 6, 8, 10, 13, 15, 20};
+  if (shape == KiVolumeCell::POLYHEDRON) return POLYHEDRON;
+  if (shape >= NUM_NODES.size() || numNodes != NUM_NODES[shape]) return UNREADABLE;
+  return static_cast<CellCode>(shape % 4);
+}
 
 using CellNodes = std::array<std::size_t, 8>;
 
 // Each view below offers: `load(cell, nodes)`, the ids of the corners; `loadForValues`, the same where only the values
 // are asked for (ids may then name any node with the same value); `prefetch(cell)`, which brings what `load` will read
-// nearer where that is known; `ARE_ARRAYS`, whether loading costs little.
+// nearer where that is known; `ARE_ARRAYS`, whether loading costs little; `find(cell)`, where ids lie in an array.
+
+/// Ids of a cell's corners where they are kept.
+template <class Index>
+struct FoundCell {
+  CellCode code;
+  const Index* ids;
+
+  CellCode load(CellNodes& nodes) const {
+    const auto copy = [&](std::size_t count) __attribute__((always_inline)) {
+      for (std::size_t i = 0; i < count; ++i)
+        nodes[i] = static_cast<std::size_t>(ids[i]);
+    };
+    if (code == HEXAHEDRON)
+      copy(8);
+    else if (code == TETRAHEDRON)
+      copy(4);
+    else if (code < POLYHEDRON)
+      copy(NUM_CORNERS[code]);
+    return code;
+  }
+};
 
 /// Cells of one shape in a plain array.
 template <class Index>
@@ -37,20 +64,8 @@ struct UniformCells {
   CellCode code;
   const KiVolumeTopologyExplicitI* topology;
 
-  CellCode load(std::size_t cell, CellNodes& nodes) const {
-    const Index* p = connectivity + cell * stride;
-    if (code == HEXAHEDRON) {
-      for (std::size_t i = 0; i < 8; ++i)
-        nodes[i] = static_cast<std::size_t>(p[i]);
-    } else if (code == TETRAHEDRON) {
-      for (std::size_t i = 0; i < 4; ++i)
-        nodes[i] = static_cast<std::size_t>(p[i]);
-    } else if (code < POLYHEDRON) {
-      for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
-        nodes[i] = static_cast<std::size_t>(p[i]);
-    }
-    return code;
-  }
+  FoundCell<Index> find(std::size_t cell) const { return {code, connectivity + cell * stride}; }
+  CellCode load(std::size_t cell, CellNodes& nodes) const { return find(cell).load(nodes); }
   CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
   void prefetch(std::size_t cell) const {
     // A cell's ids may lie in two cache lines.
@@ -71,16 +86,13 @@ struct MixedCells {
   std::size_t shapeStep; ///< 0 when one entry serves all cells
   const KiVolumeTopologyExplicitI* topology;
 
-  CellCode load(std::size_t cell, CellNodes& nodes) const {
+  FoundCell<Index> find(std::size_t cell) const {
     const auto begin = static_cast<std::size_t>(offsets[cell]);
     const auto end = static_cast<std::size_t>(offsets[cell + 1]);
-    if (begin > end || end > connectivitySize) return UNREADABLE;
-    const CellCode code = codeOf(shapes[cell * shapeStep], end - begin);
-    if (code < POLYHEDRON)
-      for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
-        nodes[i] = static_cast<std::size_t>(connectivity[begin + i]);
-    return code;
+    if (begin > end || end > connectivitySize) return {UNREADABLE, nullptr};
+    return {codeOf(shapes[cell * shapeStep], end - begin), connectivity + begin};
   }
+  CellCode load(std::size_t cell, CellNodes& nodes) const { return find(cell).load(nodes); }
   CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
   void prefetch(std::size_t cell) const {
     const auto begin = static_cast<std::size_t>(offsets[cell]);
@@ -93,7 +105,19 @@ struct VirtualCells {
   static constexpr bool ARE_ARRAYS = false;
   const KiVolumeTopologyExplicitI* topology;
 
-  CellCode load(std::size_t cell, CellNodes& nodes) const;
+  [[gnu::always_inline]] CellCode load(std::size_t cell, CellNodes& nodes) const {
+    const KiVolumeCell* c = topology->getCell(cell);
+    if (!c) return UNREADABLE;
+    const KiCell& base = *c; // found once: it is a virtual base
+    const CellCode code = codeOf(c->getShape(), base.getNumNodes());
+    if (code == HEXAHEDRON)
+      for (std::size_t i = 0; i < 8; ++i)
+        nodes[i] = base.getNodeIndex(i);
+    else if (code < POLYHEDRON)
+      for (std::size_t i = 0; i < NUM_CORNERS[code]; ++i)
+        nodes[i] = base.getNodeIndex(i);
+    return code;
+  }
   CellCode loadForValues(std::size_t cell, CellNodes& nodes) const { return load(cell, nodes); }
   void prefetch(std::size_t) const {}
 };

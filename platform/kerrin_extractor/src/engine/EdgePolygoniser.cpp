@@ -164,28 +164,8 @@ public:
     CellIndex::ChunkCells crossed;
     std::size_t count = 0;
     for (std::size_t cell = m_begin; cell < end; ++cell) {
-      const CellCode code = cells.loadForValues(cell, nodes);
-      unsigned any = NodeSides::NO_NODE; // of polyhedra, which may have any number of nodes
-      unsigned all = 0;
-      if (code < POLYHEDRON) {
-        const auto look = [&](std::size_t numCorners) __attribute__((always_inline)) {
-          any = all = sides[nodes[0]];
-          for (std::size_t i = 1; i < numCorners; ++i) {
-            const unsigned side = sides[nodes[i]];
-            any |= side;
-            all &= side;
-          }
-        };
-        if (code == HEXAHEDRON)
-          look(8);
-        else if (code == TETRAHEDRON)
-          look(4);
-        else
-          look(NUM_CORNERS[code]);
-      }
-      constexpr unsigned IS_ODD = NodeSides::NO_NUMBER | NodeSides::NO_NODE;
       crossed[count] = static_cast<std::uint16_t>(cell - m_begin);
-      count += (((any ^ all) & NodeSides::INSIDE) | (any & IS_ODD)) != 0;
+      count += mayCross(cells, cell, nodes, sides);
     }
     for (std::size_t at = 0; at < count; ++at) {
       if (at + AHEAD < count) cells.prefetch(m_begin + crossed[at + AHEAD]);
@@ -199,6 +179,19 @@ public:
   }
 
 private:
+  /// False for a cell with all nodes on one side.
+  template <class Cells>
+  [[gnu::always_inline]] static bool mayCross(const Cells& cells, std::size_t cell, CellNodes& nodes,
+                                              const NodeSides& sides) {
+    if constexpr (requires { cells.find(cell); }) {
+      const auto found = cells.find(cell);
+      return sides.mayCross(found.code, found.ids);
+    } else {
+      const CellCode code = cells.loadForValues(cell, nodes);
+      return sides.mayCross(code, nodes.data());
+    }
+  }
+
   /// A cell with nodes on both sides, or with nodes or values that don't exist.
   template <class Reader>
   void takeCrossed(Reader& reader, std::size_t cell, const NodeSides& sides) {

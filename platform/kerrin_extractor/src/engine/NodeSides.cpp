@@ -5,6 +5,8 @@
 #include "CornerValues.h"
 #include "KnownFunctions.h"
 
+#include <bit>
+
 namespace kx {
 namespace {
 
@@ -29,8 +31,11 @@ void NodeSides::fill(Run& run, const MeshView& mesh, const ScalarField& field, d
   m_slotBits = mesh.slotBits;
   m_beginNode = mesh.beginNode;
   m_numNodes = mesh.numNodes();
-  m_sides.resize(m_numNodes + 1);
-  m_sides[m_numNodes] = NO_NODE;
+  // Whether ids are below a power of two can be asked of all ids of a cell at once.
+  const bool areIndices = m_slotBits == 0 && m_beginNode == 0;
+  m_numDirect = areIndices ? std::bit_ceil(m_numNodes + 1) : 0;
+  m_sides.resize(std::max(m_numNodes + 1, m_numDirect));
+  std::fill(m_sides.data() + m_numNodes, m_sides.data() + m_sides.size(), NO_NODE);
   run.phase("sides", numBlocksOf(m_numNodes, STEP), [&](std::size_t step) {
     const std::size_t begin = m_beginNode + step * STEP;
     const std::size_t end = std::min(begin + STEP, m_beginNode + m_numNodes);

@@ -91,6 +91,8 @@ decltype(auto) withPositions(const PointView& points, const Visit& visit) {
     return visit([&points](std::size_t id) { return points.triple<float>(id); });
   case PointView::Kind::DOUBLES:
     return visit([&points](std::size_t id) { return points.triple<double>(id); });
+  case PointView::Kind::GEOMETRY_I:
+    return visit([geometry = points.geometryI](std::size_t id) { return geometry->getCoord(id); });
   default:
     return visit([&points](std::size_t id) { return points[id]; });
   }

@@ -5,6 +5,7 @@
 #include "BlockReader.h"
 #include "Blocks.h"
 
+#include <cstring>
 #include <limits>
 
 namespace kx {
@@ -31,24 +32,21 @@ Side sideOf(const Bounds& bounds) {
   return bounds.low > 0.0 ? Side::INSIDE : bounds.high < 0.0 ? Side::OUTSIDE : Side::OPEN;
 }
 
-/// Finds a box while nodes are added one by one or sixteen at a time.
+/// Finds a box while nodes are added, up to sixteen at a time.
 class BoxSum {
 public:
   template <class Points>
   void add(const Points& points, std::size_t i, std::size_t j, std::size_t k, std::size_t count) {
-#if defined(__SSE2__)
-    if constexpr (std::is_same_v<Points, ArrayPoints<float>>) {
-      if (count == BLOCK) return addFloats(points.coordinates + 3 * points.nodes.flat(i, j, k));
-    }
-#endif
-    for (std::size_t n = 0; n < count; ++n) {
-      const KbVec3<double> p = points.at(i + n, j, k);
-      for (std::size_t axis = 0; axis < 3; ++axis) {
-        m_low[axis] = std::min(m_low[axis], p[axis]);
-        m_high[axis] = std::max(m_high[axis], p[axis]);
-        const auto coordinate = static_cast<float>(p[axis]);
-        m_notFinite += coordinate - coordinate;
+    if constexpr (requires { points.coordinates; }) {
+      add(points.coordinates + 3 * points.nodes.flat(i, j, k), count);
+    } else {
+      double coordinates[3 * BLOCK];
+      for (std::size_t n = 0; n < count; ++n) {
+        const KbVec3<double> p = points.at(i + n, j, k);
+        for (std::size_t axis = 0; axis < 3; ++axis)
+          coordinates[3 * n + axis] = p[axis];
       }
+      add(coordinates, count);
     }
   }
   /// Outwards, where the float is not the number itself.
@@ -64,44 +62,52 @@ public:
       if (static_cast<double>(corner[axis]) < m_high[axis]) corner[axis] = std::nextafter(corner[axis], ENDLESS);
     return corner;
   }
-  bool isFinite() const { return m_notFinite == 0.0f; }
+  /// Whether all coordinates, of at least one node, are within the range of `float`.
+  bool isFinite() const { return !m_hasNoNumber && kx::isFinite(m_low) && kx::isFinite(m_high); }
 
 private:
   static constexpr float ENDLESS = std::numeric_limits<float>::infinity();
 
-#if defined(__SSE2__)
-  /// 48 numbers: the lanes of three registers in turn are x y z x, y z x y and z x y z.
-  void addFloats(const float* p) {
-    __m128 low[3];
-    __m128 high[3];
-    __m128 notFinite = _mm_setzero_ps();
-    for (std::size_t r = 0; r < 3; ++r)
-      low[r] = high[r] = _mm_loadu_ps(p + 4 * r);
-    for (std::size_t n = 0; n < 4; ++n) {
+  template <class T>
+  void add(const T* p, std::size_t count) {
+    if (count == BLOCK) return addBlock(p);
+    for (std::size_t n = 0; n < 3 * count; ++n)
+      addNumber(n % 3, p[n], p[n], p[n] - p[n]);
+  }
+  /// 48 numbers: the lanes of three registers in turn are x y z x, y z x y and z x y z, or x y, z x and y z.
+  template <class T>
+  void addBlock(const T* p) {
+    using Lanes [[gnu::vector_size(16)]] = T;
+    constexpr std::size_t NUM_LANES = sizeof(Lanes) / sizeof(T);
+    Lanes low[3];
+    Lanes high[3];
+    Lanes notFinite{};
+    std::memcpy(low, p, sizeof low);
+    std::memcpy(high, p, sizeof high);
+    for (std::size_t n = 0; n < 3 * BLOCK; n += 3 * NUM_LANES) {
       for (std::size_t r = 0; r < 3; ++r) {
-        const __m128 v = _mm_loadu_ps(p + 12 * n + 4 * r);
-        low[r] = _mm_min_ps(low[r], v);
-        high[r] = _mm_max_ps(high[r], v);
-        notFinite = _mm_add_ps(notFinite, _mm_sub_ps(v, v));
+        Lanes v;
+        std::memcpy(&v, p + n + r * NUM_LANES, sizeof v);
+        low[r] = v < low[r] ? v : low[r];
+        high[r] = v > high[r] ? v : high[r];
+        notFinite += v - v;
       }
     }
-    float lows[12];
-    float highs[12];
-    for (std::size_t r = 0; r < 3; ++r) {
-      _mm_storeu_ps(lows + 4 * r, low[r]);
-      _mm_storeu_ps(highs + 4 * r, high[r]);
+    for (std::size_t n = 0; n < 3 * NUM_LANES; ++n) {
+      const std::size_t lane = n % NUM_LANES;
+      addNumber(n % 3, low[n / NUM_LANES][lane], high[n / NUM_LANES][lane], notFinite[lane]);
     }
-    for (std::size_t lane = 0; lane < 12; ++lane) {
-      m_low[lane % 3] = std::min(m_low[lane % 3], static_cast<double>(lows[lane]));
-      m_high[lane % 3] = std::max(m_high[lane % 3], static_cast<double>(highs[lane]));
-    }
-    if (_mm_movemask_ps(_mm_cmpneq_ps(notFinite, _mm_setzero_ps())) != 0) m_notFinite = 1.0f;
   }
-#endif
+  template <class T>
+  void addNumber(std::size_t axis, T low, T high, T notFinite) {
+    m_low[axis] = std::min(m_low[axis], static_cast<double>(low));
+    m_high[axis] = std::max(m_high[axis], static_cast<double>(high));
+    m_hasNoNumber = m_hasNoNumber || notFinite != T(0);
+  }
 
   KbVec3<double> m_low = KbVec3<double>(std::numeric_limits<double>::infinity());
   KbVec3<double> m_high = KbVec3<double>(-std::numeric_limits<double>::infinity());
-  float m_notFinite = 0.0f; ///< not 0 once a coordinate is none that a `float` can hold
+  bool m_hasNoNumber = false;
 };
 
 } // namespace
