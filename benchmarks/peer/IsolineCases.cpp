@@ -67,7 +67,7 @@ public:
   }
   std::shared_ptr<void> copyOutput() const override {
     const auto clones = std::make_shared<std::vector<std::unique_ptr<KeXLineMeshUnstructured>>>();
-    for (const KeXLineMeshUnstructured* line : m_first->getExtract())
+    for (const KeXLineMeshUnstructured* line : m_next->getExtract())
       clones->emplace_back(line->getNewClone());
     return clones;
   }
@@ -95,9 +95,7 @@ private:
 } // namespace
 
 std::vector<Growth> isolineGrowth() {
-  return {{"isolines_quadrangles", {512, 724, 1024, 1448, 2048}, [](std::size_t n) {
-             return std::make_unique<IsolineJob>(n);
-           }}};
+  return {{"isolines_quadrangles", squareSizes, [](std::size_t n) { return std::make_unique<IsolineJob>(n); }}};
 }
 
 std::vector<Case> isolineCases() {

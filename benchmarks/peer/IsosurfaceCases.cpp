@@ -5,6 +5,7 @@
 #include <KerrinExtractor/KiIsosurfExtractIjk.h>
 #include <KerrinExtractor/KiIsosurfExtractUnstructured.h>
 
+#include <vtkCellDataToPointData.h>
 #include <vtkContour3DLinearGrid.h>
 #include <vtkContourFilter.h>
 #include <vtkFlyingEdges3D.h>
@@ -63,6 +64,25 @@ using CurvilinearJob = IsosurfaceJob<CurvilinearInput, KiIsosurfExtractIjk, vtkC
 using HexahedraJob = IsosurfaceJob<HexahedraInput, KiIsosurfExtractUnstructured, vtkContour3DLinearGrid>;
 using TetrahedraJob = IsosurfaceJob<TetrahedraInput, KiIsosurfExtractUnstructured, vtkContour3DLinearGrid>;
 
+/// Values at cells, which both sides average to the nodes.
+class CellValuesJob final
+    : public IsosurfaceJob<HexahedraCellValuesInput, KiIsosurfExtractUnstructured, vtkContour3DLinearGrid> {
+public:
+  explicit CellValuesJob(std::size_t numCells)
+      : IsosurfaceJob(numCells) {
+    m_averager->SetInputData(input.grid);
+    m_averager->ProcessAllArraysOn();
+    m_filter->SetInputConnection(m_averager->GetOutputPort());
+  }
+  void runPeer() override {
+    m_averager->Modified();
+    IsosurfaceJob::runPeer();
+  }
+
+private:
+  vtkNew<vtkCellDataToPointData> m_averager;
+};
+
 /// All sweep values one after the other, on a living extractor and a living filter.
 class SweepJob final : public HexahedraJob {
 public:
@@ -70,10 +90,7 @@ public:
       : IsosurfaceJob(numCells) {
     m_filter->SetMergePoints(merged);
   }
-  void runNext(int) override {
-    for (int i = 0; i < numSweepValues; ++i)
-      next().extract(sweepValue(i), set(), nullptr);
-  }
+  int numSteps() const override { return numSweepValues; }
   bool runNextVirtual(int) override { return false; }
   void runPeer() override {
     for (int i = 0; i < numSweepValues; ++i) {
@@ -81,21 +98,38 @@ public:
       m_filter->Update();
     }
   }
-  // Both sides stand at the last value.
-  double measureOurs() const override { return areaOf(living().getExtract()); }
+  double measureOurs() const override {
+    double sum = 0.0;
+    for (int i = 0; i < numSweepValues; ++i) {
+      extract(living(), set(), i);
+      sum += areaOf(living().getExtract());
+    }
+    return sum;
+  }
+  double measurePeer() const override {
+    double sum = 0.0;
+    for (int i = 0; i < numSweepValues; ++i) {
+      m_filter->SetValue(0, sweepValue(i));
+      m_filter->Update();
+      sum += HexahedraJob::measurePeer();
+    }
+    return sum;
+  }
+
+private:
+  void extract(KiIsosurfExtractUnstructured& extractor, const Set& set, int turn) const override {
+    extractor.extract(sweepValue(turn % numSweepValues), set, nullptr);
+  }
 };
 
 } // namespace
 
 std::vector<Growth> isosurfaceGrowth() {
   return {
-      {"isosurface_regular",
-       {64, 96, 128, 192, 256, 400},
-       [](std::size_t n) { return std::make_unique<RegularJob>(n); }},
-      {"isosurface_curvilinear",
-       {64, 96, 128, 192, 256},
-       [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
-      {"isosurface_hexahedra", {48, 64, 96, 128, 160}, [](std::size_t n) { return std::make_unique<HexahedraJob>(n); }},
+      {"isosurface_regular", cubeSizes, [](std::size_t n) { return std::make_unique<RegularJob>(n); }},
+      {"isosurface_curvilinear", cubeSizes, [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
+      {"isosurface_hexahedra", cubeSizes, [](std::size_t n) { return std::make_unique<HexahedraJob>(n); }},
+      {"isosurface_tetrahedra", tetrahedraSizes, [](std::size_t n) { return std::make_unique<TetrahedraJob>(n); }},
   };
 }
 
@@ -105,6 +139,7 @@ std::vector<Case> isosurfaceCases() {
       {"isosurface_hexahedra_100", true, [] { return std::make_unique<HexahedraJob>(100); }},
       {"isosurface_tetrahedra_60", true, [] { return std::make_unique<TetrahedraJob>(60); }},
       {"isosurface_curvilinear_128", true, [] { return std::make_unique<CurvilinearJob>(128); }},
+      {"isosurface_hexahedra_100_cell_values", true, [] { return std::make_unique<CellValuesJob>(100); }},
       {"sweep_hexahedra_100_merged", false, [] { return std::make_unique<SweepJob>(100, true); }},
       {"sweep_hexahedra_100_unmerged", false, [] { return std::make_unique<SweepJob>(100, false); }},
   };

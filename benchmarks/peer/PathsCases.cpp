@@ -187,7 +187,7 @@ public:
   std::size_t numOutputCells() const override { return m_first->getExtract().size(); }
   std::shared_ptr<void> copyOutput() const override {
     const auto lines = std::make_shared<std::vector<std::vector<char>>>();
-    for (const KeXLineMeshCurvilinear* line : m_first->getExtract()) {
+    for (const KeXLineMeshCurvilinear* line : m_next->getExtract()) {
       const KiBuffer& vertices = *line->getGeometry().getVertexBuffer();
       const auto* bytes = static_cast<const char*>(vertices.getData());
       lines->emplace_back(bytes, bytes + vertices.getByteSize());
@@ -319,12 +319,9 @@ private:
 // Queries and paths are as many on every mesh: what grows is the time of the bins.
 std::vector<Growth> pathsGrowth() {
   return {
-      {"probes_hexahedra",
-       {64, 96, 128, 160},
+      {"probes_hexahedra", cubeSizes,
        [](std::size_t n) { return std::make_unique<ProbeJob<HexahedraInput, vtkStaticCellLocator>>(n); }},
-      {"streamlines_hexahedra",
-       {64, 96, 128, 160},
-       [](std::size_t n) { return std::make_unique<HexahedraStreamlineJob>(n); }},
+      {"streamlines_hexahedra", cubeSizes, [](std::size_t n) { return std::make_unique<HexahedraStreamlineJob>(n); }},
   };
 }
 

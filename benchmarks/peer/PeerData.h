@@ -9,7 +9,8 @@
 
 namespace peer {
 
-/// Explicit cells of one shape in the 64-bit form in which VTK keeps them; both sides read these very arrays.
+/// Explicit cells of one shape in the 64-bit form in which VTK keeps them. Both sides read this very connectivity; the
+/// offsets are VTK's alone, since ours takes the one shape and has none.
 struct Cells {
   std::vector<std::int64_t> connectivity;
   std::vector<std::int64_t> offsets; ///< one entry more than cells

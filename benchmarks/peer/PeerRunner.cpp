@@ -3,12 +3,13 @@
 
 #include "peer/MemoryCount.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
-#include <optional>
 #include <utility>
 
 namespace peer {
@@ -40,9 +41,23 @@ private:
   double m_total = 0.0;
 };
 
-/// Peak resident memory of `run` beyond what was resident before, in MiB (Linux: VmHWM after its reset).
-double peakMiB(const std::function<void()>& run) {
-  const auto read = [](const std::string& key) {
+/// Resident memory beyond what was resident when this was made (Linux). Free blocks go back to the system first, or
+/// they would be taken again without being counted.
+class Resident {
+public:
+  Resident() {
+    malloc_trim(0);
+    m_before = read("VmRSS:");
+  }
+  double peakMiB(const std::function<void()>& run) const {
+    malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << "5"; // VmHWM begins anew
+    run();
+    return read("VmHWM:") - m_before;
+  }
+
+private:
+  static double read(const std::string& key) {
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;) {
       if (word != key) continue;
@@ -51,28 +66,41 @@ double peakMiB(const std::function<void()>& run) {
       return kib / 1024.0;
     }
     return 0.0;
-  };
-  std::ofstream("/proc/self/clear_refs") << "5";
-  const double before = read("VmRSS:");
-  run();
-  return read("VmHWM:") - before;
-}
+  }
+  double m_before = 0.0;
+};
 
-/// What the very first `runFirst` of a job needs; before it our side has nothing but its input.
+/// Turns after which a living extractor has seen all parameters of its job.
+int numTurnsOf(const Job& job) { return std::max(2, job.numSteps()); }
+
+/// What our side needs from the making of an extractor on: for its first extraction and for those that follow with
+/// other parameters, a whole sweep of them where a job has one. At a job's begin our side has nothing but its input,
+/// and the opponent has not run.
 struct Memory {
-  double peakMiB = 0.0;         ///< resident, with the output
-  double bytesBesideOutput = 0; ///< of all blocks at the peak; 0 when the job does not tell its output
+  double peakMiB = 0.0;   ///< resident, with the output
+  double firstBytes = 0;  ///< of all blocks beside input and output
+  double followBytes = 0; ///< the greatest of the following extractions; the old and the new output share their room
 
   explicit Memory(Job& job) {
+    const Resident resident;
     const std::size_t before = MemoryCount::current();
-    MemoryCount::resetPeak();
-    peakMiB = peer::peakMiB([&] { job.runFirst(Access::ARRAYS); });
-    const std::size_t peak = MemoryCount::peak() - before;
-    const std::size_t after = MemoryCount::current();
-    const std::shared_ptr<void> copy = job.copyOutput();
-    if (copy) bytesBesideOutput = static_cast<double>(peak) - static_cast<double>(MemoryCount::current() - after);
+    std::size_t oldOutput = 0;
+    for (int turn = 0; turn < numTurnsOf(job); ++turn) {
+      MemoryCount::resetPeak();
+      peakMiB = std::max(peakMiB, resident.peakMiB([&] { job.runNext(turn); }));
+      const std::size_t peak = MemoryCount::peak() - before;
+      const std::size_t after = MemoryCount::current();
+      const std::shared_ptr<void> copy = job.copyOutput();
+      const std::size_t output = MemoryCount::current() - after;
+      double& greatest = turn == 0 ? firstBytes : followBytes;
+      greatest = std::max(greatest, static_cast<double>(peak) - static_cast<double>(std::max(output, oldOutput)));
+      oldOutput = output;
+    }
   }
+  double bytes() const { return std::max(firstBytes, followBytes); }
 };
+
+const char* mark(double value, double limit) { return value > limit ? " OVER" : ""; }
 
 /// The line through the points of least squares in y.
 double slopeOf(const std::vector<std::pair<double, double>>& points) {
@@ -102,21 +130,23 @@ bool runCase(const Case& testCase, int numThreads) {
   Samples theirs;
   Samples theirNext;
 
-  const double peerPeak = peakMiB([&] { job->runPeer(); });
-  std::optional<Memory> memory;
-  if (testCase.hasFirst) memory.emplace(*job);
+  const Memory memory(*job);
+  const double peerPeak = Resident().peakMiB([&] { job->runPeer(); });
   // In turn, so that a disturbance of the machine meets both sides.
   while (theirs.wantsMore() || (testCase.hasFirst && first.wantsMore())) {
     if (testCase.hasFirst) first.add(timeMs([&] { job->runFirst(Access::ARRAYS); }));
     theirs.add(timeMs([&] { job->runPeer(); }));
   }
-  int turn = 0;
-  job->runNext(turn); // what cases without a first are measured by
+  int turn = numTurnsOf(*job) - 1; // that the living extractor has been left at
+  const auto runNext = [&] {
+    for (int step = 0; step < job->numSteps(); ++step)
+      job->runNext(++turn);
+  };
   const double ours = job->measureOurs();
   const double peers = job->measurePeer();
   if (testCase.hasPeerNext) job->runPeerNext(turn);
   while (next.wantsMore() || (testCase.hasPeerNext && theirNext.wantsMore())) {
-    next.add(timeMs([&] { job->runNext(++turn); }));
+    next.add(timeMs(runNext));
     if (testCase.hasPeerNext) theirNext.add(timeMs([&] { job->runPeerNext(turn); }));
   }
   if (testCase.hasFirst)
@@ -140,13 +170,13 @@ bool runCase(const Case& testCase, int numThreads) {
     if (hasVirtualNext)
       std::printf(" virtual_next_ms=%.2f virtual_next_factor=%.2f", virtualNext.median(),
                   virtualNext.median() / next.median());
-    std::printf(" ours_peak_mib=%.1f", memory->peakMiB);
   }
-  std::printf(" vtk_peak_mib=%.1f ours=%.7g vtk=%.7g", peerPeak, ours, peers);
-  if (testCase.hasFirst && job->numInputCells() > 0)
-    std::printf(" bytes_per_cell=%.2f (limit %g)",
-                memory->bytesBesideOutput / static_cast<double>(job->numInputCells()), testCase.bytesPerCell);
-  std::printf("\n");
+  const auto numCells = static_cast<double>(job->numInputCells());
+  const double bytesPerCell = memory.bytes() / numCells;
+  std::printf(" ours_peak_mib=%.1f vtk_peak_mib=%.1f ours=%.7g vtk=%.7g", memory.peakMiB, peerPeak, ours, peers);
+  std::printf(" bytes_per_cell=%.2f%s (first %.2f, next %.2f, limit %g)\n", bytesPerCell,
+              mark(bytesPerCell, testCase.bytesPerCell), memory.firstBytes / numCells, memory.followBytes / numCells,
+              testCase.bytesPerCell);
   std::fflush(stdout);
   return ok;
 }
@@ -166,13 +196,12 @@ void runGrowth(const Growth& growth, int numThreads) {
     while (first.wantsMore())
       first.add(timeMs([&] { job->runFirst(Access::ARRAYS); }));
     int turn = 0;
-    job->runNext(turn++);
     while (next.wantsMore())
       next.add(timeMs([&] { job->runNext(turn++); }));
     std::printf("growth=%s threads=%d side=%zu input_cells=%zu output_cells=%zu first_ms=%.3f next_ms=%.3f"
                 " bytes_per_cell=%.2f\n",
                 growth.name.c_str(), numThreads, size, job->numInputCells(), job->numOutputCells(), first.median(),
-                next.median(), memory.bytesBesideOutput / static_cast<double>(job->numInputCells()));
+                next.median(), memory.bytes() / static_cast<double>(job->numInputCells()));
     std::fflush(stdout);
     const double input = std::log(static_cast<double>(job->numInputCells()));
     const double output = std::log(static_cast<double>(job->numOutputCells()));
@@ -181,8 +210,8 @@ void runGrowth(const Growth& growth, int numThreads) {
     firstsByOutput.emplace_back(output, firsts.back().second);
     nextsByOutput.emplace_back(output, nexts.back().second);
   }
-  std::printf("growth=%s threads=%d slope_first=%.3f slope_next=%.3f limit=%.2f", growth.name.c_str(), numThreads,
-              slopeOf(firsts), slopeOf(nexts), LIMIT);
+  std::printf("growth=%s threads=%d slope_first=%.3f%s slope_next=%.3f%s limit=%.2f", growth.name.c_str(), numThreads,
+              slopeOf(firsts), mark(slopeOf(firsts), LIMIT), slopeOf(nexts), mark(slopeOf(nexts), LIMIT), LIMIT);
   if (firstsByOutput.front().first < firstsByOutput.back().first)
     std::printf(" over_output_first=%.3f over_output_next=%.3f", slopeOf(firstsByOutput), slopeOf(nextsByOutput));
   std::printf("\n");

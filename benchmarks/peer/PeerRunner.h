@@ -21,22 +21,26 @@ public:
   virtual ~Job() = default;
   /// A fresh extractor and its first extraction.
   virtual void runFirst(Access access) = 0;
-  /// A changed parameter on a living extractor over the raw arrays; odd and even `turn` have different parameters.
+  /// A changed parameter on a living extractor over the raw arrays, made at the first call; `turn` and `turn + 1` have
+  /// different parameters.
   virtual void runNext(int turn) = 0;
+  /// Calls of `runNext` that are timed as one: the values of a sweep.
+  virtual int numSteps() const { return 1; }
   /// The same by the virtual operations alone; false where that is not looked at.
   virtual bool runNextVirtual(int /*turn*/) { return false; }
   /// `Modified()` and `Update()` of the opponent.
   virtual void runPeer() = 0;
   /// The opponent's next, for cases that say that it has one.
   virtual void runPeerNext(int /*turn*/) {}
-  /// Area, length or sum of the last `runFirst` and of the last `runPeer`, in double from the output's coordinates.
+  /// Area, length or sum of the last `runFirst` and of the last `runPeer`, in double from the output's coordinates; of
+  /// a sweep the sum over all its values.
   virtual double measureOurs() const = 0;
   virtual double measurePeer() const = 0;
-  /// Cells of the input and of our output, and a copy of all that the last `runFirst` put out: what growth and memory
-  /// are told by. Jobs that leave them out get no memory column.
-  virtual std::size_t numInputCells() const { return 0; }
-  virtual std::size_t numOutputCells() const { return 0; }
-  virtual std::shared_ptr<void> copyOutput() const { return nullptr; }
+  /// Cells of the input, and of the output of the last `runFirst`.
+  virtual std::size_t numInputCells() const = 0;
+  virtual std::size_t numOutputCells() const = 0;
+  /// A copy of all that the last `runNext` put out: what an extractor's memory is told from.
+  virtual std::shared_ptr<void> copyOutput() const = 0;
 };
 
 struct Case {
@@ -54,6 +58,13 @@ std::vector<Case> pathsCases();
 std::vector<Case> skinCases();
 std::vector<Case> sliceCases();
 
+/// Cells a side of the meshes of growth tables, up to 64 million cells: more take hours with two cores, and hexahedra
+/// then fill 8 GiB while they are made, 32-bit and 64-bit. Tetrahedra, six a lattice cell, and quadrangles come to the
+/// same numbers of cells.
+inline const std::vector<std::size_t> cubeSizes{64, 96, 128, 192, 256, 400};
+inline const std::vector<std::size_t> tetrahedraSizes{35, 53, 70, 106, 141, 220};
+inline const std::vector<std::size_t> squareSizes{512, 941, 1448, 2660, 4096, 8000};
+
 /// One kind of extraction on meshes of several sizes.
 struct Growth {
   std::string name;
@@ -67,7 +78,8 @@ std::vector<Growth> pathsGrowth();
 std::vector<Growth> skinGrowth();
 std::vector<Growth> sliceGrowth();
 
-/// Runs a case and prints its line; false when the two sides' measures differ by more than 1e-3.
+/// Runs a case and prints its line; false when the two sides' measures differ by more than 1e-3. Numbers beyond their
+/// limits have "OVER" behind them.
 bool runCase(const Case& testCase, int numThreads);
 
 /// Prints a line for each size and one for the slopes, ours alone: of log time over log input cells, which nothing that

@@ -30,7 +30,7 @@ public:
   }
   double measurePeer() const override { return areaOf(*m_filter->GetOutput()); }
   std::shared_ptr<void> copyOutput() const override {
-    return copyOf(this->first().getExtract(), *this->first().extractScalarSet(this->set()));
+    return copyOf(this->living().getExtract(), *this->living().extractScalarSet(this->set()));
   }
 
 private:
@@ -105,7 +105,7 @@ public:
   std::size_t numInputCells() const override { return m_mesh.getTopology().getNumCells(); }
   std::size_t numOutputCells() const override { return m_first->getExtract().getTopology().getNumCells(); }
   std::shared_ptr<void> copyOutput() const override {
-    return std::shared_ptr<KeXLineMeshUnstructured>(m_first->getExtract().getNewClone());
+    return std::shared_ptr<KeXLineMeshUnstructured>(m_next->getExtract().getNewClone());
   }
 
 private:
@@ -134,11 +134,10 @@ private:
 
 std::vector<Growth> skinGrowth() {
   return {
-      {"skin_hexahedra", {64, 96, 128, 160, 192}, [](std::size_t n) { return std::make_unique<HexahedraJob>(n); }},
-      {"feature_edges_of_skin", {64, 96, 128, 192}, [](std::size_t n) { return std::make_unique<FeatureEdgesJob>(n); }},
-      {"skin_curvilinear",
-       {64, 96, 128, 192, 256, 400},
-       [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
+      {"skin_hexahedra", cubeSizes, [](std::size_t n) { return std::make_unique<HexahedraJob>(n); }},
+      {"skin_tetrahedra", tetrahedraSizes, [](std::size_t n) { return std::make_unique<TetrahedraJob>(n); }},
+      {"skin_curvilinear", cubeSizes, [](std::size_t n) { return std::make_unique<CurvilinearJob>(n); }},
+      {"feature_edges_of_skin", cubeSizes, [](std::size_t n) { return std::make_unique<FeatureEdgesJob>(n); }},
   };
 }
 

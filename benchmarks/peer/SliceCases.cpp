@@ -88,7 +88,7 @@ public:
     m_peerNext->Update();
   }
   std::shared_ptr<void> copyOutput() const override {
-    return copyOf(this->first().getExtract(), *this->first().extractScalarSet(this->set()));
+    return copyOf(this->living().getExtract(), *this->living().extractScalarSet(this->set()));
   }
   double measurePeer() const override { return areaOfOutput(*m_peer); }
 
@@ -179,10 +179,9 @@ private:
 
 std::vector<Growth> sliceGrowth() {
   return {
-      {"plane_regular", {64, 96, 128, 192, 256, 400}, [](std::size_t n) { return std::make_unique<RegularPlane>(n); }},
-      {"plane_curvilinear",
-       {64, 96, 128, 192, 256},
-       [](std::size_t n) { return std::make_unique<CurvilinearPlane>(n); }},
+      {"plane_regular", cubeSizes, [](std::size_t n) { return std::make_unique<RegularPlane>(n); }},
+      {"plane_curvilinear", cubeSizes, [](std::size_t n) { return std::make_unique<CurvilinearPlane>(n); }},
+      {"sphere_hexahedra", cubeSizes, [](std::size_t n) { return std::make_unique<HexahedraSphere>(n); }},
   };
 }
 

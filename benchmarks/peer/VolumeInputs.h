@@ -11,8 +11,8 @@
 
 #include <utility>
 
-/// Volume meshes with one scalar at each node: as arrays, as plain views without arrays, and as the opponent's grid
-/// over the same arrays.
+/// Volume meshes with one scalar at each node, or at each cell: as arrays, as plain views without arrays, and as the
+/// opponent's grid over the same arrays.
 namespace peer {
 
 /// `numCells` cells a side.
@@ -59,20 +59,21 @@ struct CurvilinearInput {
   vtkNew<vtkStructuredGrid> grid;
 };
 
-/// Cells of one shape.
+/// Cells of one shape, with the field at the nodes, or at each cell its mean over the nodes.
 struct CellsInput {
   using Mesh = KiVolumeMeshUnstructured;
   using Set = KiDataSetI<double>;
 
-  CellsInput(KbMeshMaker::Arrays lattice, KiVolumeCell::Shape shape, std::size_t nodesPerCell, int vtkType)
+  CellsInput(KbMeshMaker::Arrays lattice, KiVolumeCell::Shape shape, std::size_t nodesPerCell, int vtkType,
+             DataBinding binding = DataBinding::PER_NODE)
       : arrays(std::move(lattice))
-      , cells(arrays.connectivity, nodesPerCell)
+      , cells(std::exchange(arrays.connectivity, {}), nodesPerCell)
       , mesh(arrays.coordinates, {shape, cells.connectivity})
-      , set("f", DataBinding::PER_NODE, arrays.values)
+      , set("f", binding, binding == DataBinding::PER_NODE ? arrays.values : averageToCells())
       , plainMesh(mesh)
       , plainSet(set)
       , grid(makeGrid(arrays, cells, vtkType)) {
-    setValues(*grid, arrays.values);
+    setValues(*grid, arrays.values, binding);
   }
   KbMeshMaker::Arrays arrays;
   Cells cells;
@@ -81,13 +82,32 @@ struct CellsInput {
   PlainVolumeMesh plainMesh;
   PlainScalarSetI plainSet;
   vtkNew<vtkUnstructuredGrid> grid;
+
+private:
+  /// Puts a value for each cell into the place of those at the nodes.
+  const std::vector<float>& averageToCells() {
+    std::vector<float> means;
+    for (std::size_t c = 0; c + 1 < cells.offsets.size(); ++c) {
+      double sum = 0.0;
+      for (std::int64_t n = cells.offsets[c]; n < cells.offsets[c + 1]; ++n)
+        sum += static_cast<double>(
+            arrays.values[static_cast<std::size_t>(cells.connectivity[static_cast<std::size_t>(n)])]);
+      means.push_back(static_cast<float>(sum / static_cast<double>(cells.offsets[c + 1] - cells.offsets[c])));
+    }
+    arrays.values = std::move(means);
+    return arrays.values;
+  }
 };
 
 /// Over the warped lattice.
 struct HexahedraInput : CellsInput {
-  explicit HexahedraInput(std::size_t numCells)
+  explicit HexahedraInput(std::size_t numCells, DataBinding binding = DataBinding::PER_NODE)
       : CellsInput(KbMeshMaker::hexahedra({numCells, numCells, numCells}, warp), KiVolumeCell::HEXAHEDRON, 8,
-                   VTK_HEXAHEDRON) {}
+                   VTK_HEXAHEDRON, binding) {}
+};
+struct HexahedraCellValuesInput : HexahedraInput {
+  explicit HexahedraCellValuesInput(std::size_t numCells)
+      : HexahedraInput(numCells, DataBinding::PER_CELL) {}
 };
 struct TetrahedraInput : CellsInput {
   explicit TetrahedraInput(std::size_t numCells)

@@ -31,7 +31,7 @@ public:
   double measureOurs() const override { return areaOf(first().getExtract()); }
   std::size_t numInputCells() const override { return numCellsOf(mesh()); }
   std::size_t numOutputCells() const override { return first().getExtract().getTopology().getNumCells(); }
-  std::shared_ptr<void> copyOutput() const override { return copyOf(first().getExtract()); }
+  std::shared_ptr<void> copyOutput() const override { return copyOf(living().getExtract()); }
 
 protected:
   using Mesh = typename Input::Mesh;
@@ -48,7 +48,7 @@ protected:
     if (!m_next) m_next.reset(Extractor::getNewInstance(mesh(), true, nullptr));
     return *m_next;
   }
-  const Extractor& living() const { return *m_next; }
+  Extractor& living() const { return *m_next; }
 
   Input input;
 

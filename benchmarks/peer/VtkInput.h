@@ -3,7 +3,10 @@
 
 #include "peer/PeerData.h"
 
+#include <KerrinExtractor/KiDataSetI.h>
+
 #include <vtkCellArray.h>
+#include <vtkCellData.h>
 #include <vtkDataSet.h>
 #include <vtkFloatArray.h>
 #include <vtkImageData.h>
@@ -71,10 +74,13 @@ inline vtkNew<vtkStructuredGrid> makeCurvilinearGrid(KbMeshMaker::Arrays& arrays
   return grid;
 }
 
-inline void setValues(vtkDataSet& data, std::vector<float>& values) {
+inline void setValues(vtkDataSet& data, std::vector<float>& values, DataBinding binding = DataBinding::PER_NODE) {
   const vtkNew<vtkFloatArray> array = wrap(values, 1);
   array->SetName("f");
-  data.GetPointData()->SetScalars(array);
+  if (binding == DataBinding::PER_NODE)
+    data.GetPointData()->SetScalars(array);
+  else
+    data.GetCellData()->SetScalars(array);
 }
 
 } // namespace peer
