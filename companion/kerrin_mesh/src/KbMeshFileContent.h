@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "KbRefusals.h"
+
 #include <KerrinMesh/KbDataSet.h>
 #include <KerrinMesh/KbMeshFile.h>
 
@@ -33,12 +35,21 @@ struct KbMeshFile::Content {
     return *kept;
   }
 
+  /// Makes the mesh and takes the numbers of cells and nodes from it; false, with an error, when its class refuses what
+  /// it gets.
   template <class Mesh, class... Args>
-  void makeMesh(int type, Args&&... args) {
+  bool makeMesh(int type, Args&&... args) {
+    const kx::Refusals refusals;
     auto made = std::make_unique<Mesh>(std::forward<Args>(args)...);
+    if (!refusals.first().empty()) {
+      error = "makes no mesh: " + refusals.first();
+      return false;
+    }
+    count(*made);
     geometry = &made->getGeometry();
     mesh = std::move(made);
     meshType = type;
+    return true;
   }
 
   void setDeadCount(const KbSpan<std::uint8_t>& dead) {
@@ -57,6 +68,22 @@ struct KbMeshFile::Content {
     const std::size_t numComponents = std::is_same_v<T, double> ? 1 : std::is_same_v<T, std::string> ? 0 : 3;
     sets.push_back({name, binding, numComponents, made.get()});
     owned.push_back(std::move(made));
+  }
+
+private:
+  template <class Mesh>
+  void count(const Mesh& made) {
+    if constexpr (requires { made.getGeometry().getNumNodes(); }) numNodes = made.getGeometry().getNumNodes();
+    if constexpr (requires { made.getTopology().getCounts(); }) {
+      auto counts = made.getTopology().getCounts();
+      numCells = KbProduct(counts);
+      for (std::size_t& n : counts)
+        ++n;
+      numNodes = KbProduct(counts);
+    } else {
+      numCells = made.getTopology().getNumCells();
+    }
+    if constexpr (requires { &Mesh::setPillars; }) numNodes = 8 * numCells;
   }
 };
 

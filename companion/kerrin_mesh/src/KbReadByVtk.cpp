@@ -20,15 +20,21 @@
 
 namespace {
 
-/// What VTK says, without the place in its source and the object, and only the first line of it.
+/// What VTK says, without the place in its source and addresses of objects, and only the first line of it.
 std::string plainText(const std::string& said) {
   std::string text = said;
   if (text.find("In ") < text.find('\n')) text.erase(0, text.find('\n') + 1);
   text.resize(std::min(text.find('\n'), text.size()));
   if (const std::size_t object = text.find("): "); object != std::string::npos) text.erase(0, object + 3);
+  for (std::size_t at = text.find("(0x"); at != std::string::npos; at = text.find("(0x")) {
+    const std::size_t end = std::min(text.find(')', at), text.size() - 1);
+    text.erase(at, end - at + 1);
+  }
   while (!text.empty() && (text.back() == ' ' || text.back() == '.'))
     text.pop_back();
-  if (text.find("returned failure for request") != std::string::npos) text = "it is damaged or of another kind";
+  if (text.find("returned failure for request") != std::string::npos ||
+      text.find("did not create output") != std::string::npos)
+    text = "it is damaged or of another kind";
   return text;
 }
 

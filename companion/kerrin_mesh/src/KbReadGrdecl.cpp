@@ -140,10 +140,8 @@ public:
     const auto& zcorn = m_content.keep(std::move(m_zcorn));
     KbSpan<std::uint8_t> dead;
     if (!m_dead.empty()) dead = m_content.keep(std::move(m_dead));
-    m_content.makeMesh<KbVolumeMeshVertexHexahedronIjk>(2, m_counts, coord, zcorn, dead);
-    m_content.numCells = KbProduct(m_counts);
-    m_content.numNodes = 8 * m_content.numCells;
-    m_content.setDeadCount(dead);
+    if (m_content.makeMesh<KbVolumeMeshVertexHexahedronIjk>(2, m_counts, coord, zcorn, dead))
+      m_content.setDeadCount(dead);
   }
 
 private:

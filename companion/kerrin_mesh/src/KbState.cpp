@@ -4,6 +4,7 @@
 #include <KerrinMesh/KbTopologyState.h>
 
 #include "KbExtent.h"
+#include "KbRefusals.h"
 
 #include <KerrinExtractor/KiMessage.h>
 #include <KerrinExtractor/KxTimeStamp.h>
@@ -12,8 +13,11 @@
 
 namespace {
 
+thread_local kx::Refusals* keeper = nullptr;
+
 bool post(const char* owner, const char* function, const std::string& text) {
-  KiMessage::postWarning(std::string(owner) + "::" + function, text);
+  const std::string origin = std::string(owner) + "::" + function;
+  if (!kx::Refusals::take(origin, text)) KiMessage::postWarning(origin, text);
   return false;
 }
 
@@ -29,6 +33,19 @@ void boxOfTriples(const KbArray& coordinates, KbVec3<double>& min, KbVec3<double
 }
 
 } // namespace
+
+kx::Refusals::Refusals()
+    : m_before(keeper) {
+  keeper = this;
+}
+
+kx::Refusals::~Refusals() { keeper = m_before; }
+
+bool kx::Refusals::take(const std::string& origin, const std::string& text) {
+  if (!keeper) return false;
+  if (keeper->m_first.empty()) keeper->m_first = origin + ": " + text;
+  return true;
+}
 
 KbTopologyState::KbTopologyState(const char* owner)
     : m_owner(owner)

@@ -6,8 +6,6 @@
 #include <vtkDataArray.h>
 #include <vtkDataSet.h>
 #include <vtkDataSetAttributes.h>
-#include <vtkIdList.h>
-#include <vtkNew.h>
 #include <vtkPointData.h>
 #include <vtkSmartPointer.h>
 #include <vtkStringArray.h>
@@ -111,21 +109,26 @@ template void addSets<1>(vtkDataSet&, const KbIndex<1>&, const KbIndex<1>&, cons
 template void addSets<2>(vtkDataSet&, const KbIndex<2>&, const KbIndex<2>&, const SourceCells&, Content&);
 template void addSets<3>(vtkDataSet&, const KbIndex<3>&, const KbIndex<3>&, const SourceCells&, Content&);
 
-std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data) {
+std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data, const AddNodes& addNodes) {
   vtkUnsignedCharArray* cellGhosts = data.GetCellGhostArray();
   vtkUnsignedCharArray* pointGhosts = data.GetPointGhostArray();
   if (!cellGhosts && !pointGhosts) return {};
+  // Files may have fewer flags than cells or points.
+  const auto isSet = [](vtkUnsignedCharArray* ghosts, std::int64_t at, int flags) {
+    return ghosts && at >= 0 && at < ghosts->GetNumberOfValues() && (ghosts->GetValue(at) & flags) != 0;
+  };
   constexpr int deadCell = vtkDataSetAttributes::HIDDENCELL | vtkDataSetAttributes::DUPLICATECELL;
   std::vector<std::uint8_t> dead(static_cast<std::size_t>(data.GetNumberOfCells()), 0);
   bool anyDead = false;
-  vtkNew<vtkIdList> points;
+  std::vector<std::int64_t> nodes;
   for (std::size_t c = 0; c < dead.size(); ++c) {
-    const auto cell = static_cast<vtkIdType>(c);
-    bool isDead = cellGhosts && (cellGhosts->GetValue(cell) & deadCell) != 0;
+    bool isDead = isSet(cellGhosts, static_cast<std::int64_t>(c), deadCell);
     if (pointGhosts && !isDead) {
-      data.GetCellPoints(cell, points);
-      for (vtkIdType p = 0; p < points->GetNumberOfIds() && !isDead; ++p)
-        isDead = (pointGhosts->GetValue(points->GetId(p)) & vtkDataSetAttributes::HIDDENPOINT) != 0;
+      nodes.clear();
+      addNodes(c, nodes);
+      isDead = std::any_of(nodes.begin(), nodes.end(), [&](std::int64_t node) {
+        return isSet(pointGhosts, node, vtkDataSetAttributes::HIDDENPOINT);
+      });
     }
     dead[c] = isDead ? 1 : 0;
     anyDead = anyDead || isDead;

@@ -4,6 +4,7 @@
 #include "KbMeshFileContent.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 class vtkDataArray;
@@ -22,8 +23,11 @@ template <std::size_t N>
 void addSets(vtkDataSet& data, const KbIndex<N>& numNodes, const KbIndex<N>& numCells, const SourceCells& sources,
              KbMeshFile::Content& content);
 
+/// Appends the nodes of a cell of the file.
+using AddNodes = std::function<void(std::size_t cell, std::vector<std::int64_t>& nodes)>;
+
 /// One flag for each cell of the file that is blanked, a ghost, or has a blanked node; empty when there is none.
-std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data);
+std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data, const AddNodes& addNodes);
 
 /// The meshes; each fills `content`.
 void convertGrid(vtkDataSet& data, KbMeshFile::Content& content);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Unstructured grids and polygonal data of VTK. The cells of the highest dimension make the mesh.
 #include "KbVtkArrays.h"
+#include "KbVtkCellList.h"
 
 #include <KerrinMesh/KbLineMeshUnstructured.h>
 #include <KerrinMesh/KbSurfaceMeshUnstructured.h>
@@ -9,12 +10,9 @@
 #include <vtkCellArray.h>
 #include <vtkCellType.h>
 #include <vtkCellTypes.h>
-#include <vtkIdList.h>
-#include <vtkNew.h>
 #include <vtkPointSet.h>
 #include <vtkPoints.h>
-#include <vtkPolyData.h>
-#include <vtkUnstructuredGrid.h>
+#include <vtkSmartPointer.h>
 
 #include <map>
 
@@ -99,43 +97,65 @@ public:
   CellConverter(vtkDataSet& data, Content& content)
       : m_data(data)
       , m_content(content)
-      , m_numCells(static_cast<std::size_t>(data.GetNumberOfCells())) {}
+      , m_list(data) {}
 
   void convert() {
     auto* points = vtkPointSet::SafeDownCast(&m_data);
-    if (!points || !points->GetPoints() || !scanTypes()) return;
+    if (!scanTypes()) return;
+    if (!points || !points->GetPoints()) {
+      m_content.error = "has no points";
+      return;
+    }
     const KbArray coordinates = kx::numbersOf(*points->GetPoints()->GetData(), m_content);
     kx::SourceCells sources;
     KbCells cells;
-    std::size_t numCells = m_numCells;
+    std::size_t numCells = m_list.size();
     if (!shareCells(cells)) {
       CellArrays arrays = copyCells();
       numCells = arrays.shapes.size();
-      if (numCells == 0) return;
       if (!isIdentity(arrays.sources)) sources = std::move(arrays.sources);
       cells = keepCells(std::move(arrays));
     }
     KbSpan<std::uint8_t> dead;
-    if (std::vector<std::uint8_t> flags = kx::deadCellsOf(m_data); !flags.empty()) {
+    if (std::vector<std::uint8_t> flags = deadCells(); !flags.empty()) {
       std::vector<std::uint8_t> own(numCells);
       for (std::size_t c = 0; c < numCells; ++c)
         own[c] = flags[sources.empty() ? c : static_cast<std::size_t>(sources[c])];
       dead = m_content.keep(std::move(own));
     }
-    if (m_dimension == 3) m_content.makeMesh<KbVolumeMeshUnstructured>(0, coordinates, cells, dead);
-    if (m_dimension == 2) m_content.makeMesh<KbSurfaceMeshUnstructured>(6, coordinates, cells, dead);
-    if (m_dimension == 1) m_content.makeMesh<KbLineMeshUnstructured>(10, coordinates, cells, dead);
-    m_content.numCells = numCells;
-    m_content.numNodes = coordinates.size() / 3;
+    if (!makeMesh(coordinates, cells, dead)) return;
     m_content.setDeadCount(dead);
-    kx::addSets<1>(m_data, {m_content.numNodes}, {numCells}, sources, m_content);
+    kx::addSets<1>(m_data, {m_content.numNodes}, {m_content.numCells}, sources, m_content);
   }
 
 private:
+  bool makeMesh(const KbArray& coordinates, const KbCells& cells, const KbSpan<std::uint8_t>& dead) {
+    if (m_dimension == 3) return m_content.makeMesh<KbVolumeMeshUnstructured>(0, coordinates, cells, dead);
+    if (m_dimension == 2) return m_content.makeMesh<KbSurfaceMeshUnstructured>(6, coordinates, cells, dead);
+    return m_content.makeMesh<KbLineMeshUnstructured>(10, coordinates, cells, dead);
+  }
+
+  std::vector<std::uint8_t> deadCells() const {
+    return kx::deadCellsOf(m_data, [this](std::size_t cell, std::vector<std::int64_t>& nodes) {
+      const kx::CellList::Nodes own = m_list.nodesOf(cell);
+      for (std::size_t n = 0; n < own.size(); ++n)
+        nodes.push_back(own[n]);
+    });
+  }
+
+  /// Whether a cell has the nodes that its kind takes.
+  bool isWhole(const CellKind& kind, std::size_t cell) const {
+    const std::size_t least = kind.numNodes != 0 ? kind.numNodes : static_cast<std::size_t>(kind.dimension) + 1;
+    return m_list.nodesOf(cell).size() >= least;
+  }
+
   /// Counts the types, chooses the dimension and notes what is left out; false when there is nothing to show.
   bool scanTypes() {
-    for (std::size_t c = 0; c < m_numCells; ++c)
-      ++m_counts[m_data.GetCellType(static_cast<vtkIdType>(c))];
+    for (std::size_t c = 0; c < m_list.size(); ++c) {
+      const int type = m_list.typeOf(c);
+      const CellKind* kind = kindOf(type);
+      ++(kind && !isWhole(*kind, c) ? m_numBad : m_counts[type]);
+    }
     for (const auto& [type, count] : m_counts) {
       if (const CellKind* kind = kindOf(type)) m_dimension = std::max(m_dimension, kind->dimension);
     }
@@ -148,94 +168,62 @@ private:
       else if (kind->rule == Rule::FIRST_NODES || type == VTK_BIQUADRATIC_QUADRATIC_WEDGE)
         m_content.notes.push_back(what + " taken without the nodes in their faces and middle");
     }
+    if (m_numBad != 0) m_content.notes.push_back(std::to_string(m_numBad) + " cells with too few nodes left out");
     return m_dimension > 0;
   }
 
   /// Uses the arrays of the file in place if all cells are ours as they are.
   bool shareCells(KbCells& cells) {
+    if (m_numBad != 0 || m_list.parts().size() != 1) return false;
     for (const auto& [type, count] : m_counts) {
       const CellKind* kind = kindOf(type);
       if (!kind || kind->dimension != m_dimension || kind->rule != Rule::SAME) return false;
     }
-    vtkCellArray* array = nullptr;
-    if (auto* grid = vtkUnstructuredGrid::SafeDownCast(&m_data)) array = grid->GetCells();
-    if (auto* polygons = vtkPolyData::SafeDownCast(&m_data))
-      array = m_dimension == 2 ? polygons->GetPolys() : polygons->GetLines();
-    if (!array || static_cast<std::size_t>(array->GetNumberOfCells()) != m_numCells) return false;
-
-    KbArray offsets;
-    KbArray connectivity;
-    if (array->IsStorage64Bit()) {
-      offsets = arrayOf(*array->GetOffsetsArray64());
-      connectivity = arrayOf(*array->GetConnectivityArray64());
-    } else {
-      offsets = arrayOf(*array->GetOffsetsArray32());
-      connectivity = arrayOf(*array->GetConnectivityArray32());
-    }
-    std::vector<std::uint8_t> shapes(m_numCells);
-    for (std::size_t c = 0; c < m_numCells; ++c) {
-      const CellKind* kind = kindOf(m_data.GetCellType(static_cast<vtkIdType>(c)));
-      const std::size_t size = offsets.index(c + 1) - offsets.index(c);
-      if (kind->numNodes != 0 ? size != kind->numNodes : size < 3) return false;
+    const kx::CellList::Part& part = m_list.parts().front();
+    std::vector<std::uint8_t> shapes(m_list.size());
+    for (std::size_t c = 0; c < shapes.size(); ++c) {
+      const CellKind* kind = kindOf(m_list.typeOf(c));
+      if (kind->numNodes != 0 && m_list.nodesOf(c).size() != kind->numNodes) return false;
       shapes[c] = static_cast<std::uint8_t>(kind->shape);
     }
-    m_content.keep(vtkSmartPointer<vtkCellArray>(array));
+    m_content.keep(vtkSmartPointer<vtkCellArray>(part.array));
     const CellKind& first = *kindOf(m_counts.begin()->first);
     const bool uniform = m_counts.size() == 1 && first.numNodes != 0 &&
-                         connectivity.size() == m_numCells * first.numNodes && offsets.index(0) == 0;
-    cells = uniform ? KbCells(first.shape, connectivity)
-                    : KbCells(m_content.keep(std::move(shapes)), connectivity, offsets);
+                         part.connectivity.size() == shapes.size() * first.numNodes && part.offsets.index(0) == 0;
+    cells = uniform ? KbCells(first.shape, part.connectivity)
+                    : KbCells(m_content.keep(std::move(shapes)), part.connectivity, part.offsets);
     return true;
-  }
-
-  template <class Array>
-  static KbArray arrayOf(Array& array) {
-    return {array.GetPointer(0), static_cast<std::size_t>(array.GetNumberOfValues())};
   }
 
   CellArrays copyCells() {
     CellArrays arrays;
-    vtkNew<vtkIdList> ids;
-    std::size_t numBad = 0;
-    for (std::size_t c = 0; c < m_numCells; ++c) {
-      const auto cell = static_cast<vtkIdType>(c);
-      const CellKind* kind = kindOf(m_data.GetCellType(cell));
-      if (!kind || kind->dimension != m_dimension) continue;
-      m_data.GetCellPoints(cell, ids);
-      const auto size = static_cast<std::size_t>(ids->GetNumberOfIds());
-      const std::size_t least = kind->numNodes != 0 ? kind->numNodes : static_cast<std::size_t>(m_dimension) + 1;
-      if (size < least) {
-        ++numBad;
-        continue;
-      }
-      addCell(arrays, *kind, c, *ids, size);
+    for (std::size_t c = 0; c < m_list.size(); ++c) {
+      const CellKind* kind = kindOf(m_list.typeOf(c));
+      if (kind && kind->dimension == m_dimension && isWhole(*kind, c)) addCell(arrays, *kind, c);
     }
-    if (numBad != 0) m_content.notes.push_back(std::to_string(numBad) + " cells with too few nodes left out");
     return arrays;
   }
 
-  void addCell(CellArrays& arrays, const CellKind& kind, std::size_t cell, vtkIdList& ids, std::size_t size) {
-    const auto id = [&ids](std::size_t n) { return static_cast<std::int64_t>(ids.GetId(static_cast<vtkIdType>(n))); };
+  void addCell(CellArrays& arrays, const CellKind& kind, std::size_t cell) {
+    const kx::CellList::Nodes id = m_list.nodesOf(cell);
+    const std::size_t size = id.size();
     switch (kind.rule) {
     case Rule::SPLIT_STRIP:
       for (std::size_t n = 0; n + 2 < size; ++n) { // every other triangle turns the other way round
         const std::size_t odd = n % 2;
-        arrays.connectivity.insert(arrays.connectivity.end(), {id(n + odd), id(n + 1 - odd), id(n + 2)});
+        arrays.connectivity.insert(arrays.connectivity.end(), {id[n + odd], id[n + 1 - odd], id[n + 2]});
         arrays.close(kind.shape, cell);
       }
       return;
     case Rule::SPLIT_LINE:
       for (std::size_t n = 0; n + 1 < size; ++n) {
-        arrays.connectivity.insert(arrays.connectivity.end(), {id(n), id(n + 1)});
+        arrays.connectivity.insert(arrays.connectivity.end(), {id[n], id[n + 1]});
         arrays.close(kind.shape, cell);
       }
       return;
-    case Rule::FACES: {
-      vtkNew<vtkIdList> stream;
-      vtkUnstructuredGrid::SafeDownCast(&m_data)->GetFaceStream(static_cast<vtkIdType>(cell), stream);
-      arrays.faces.insert(arrays.faces.end(), stream->begin(), stream->end());
+    case Rule::FACES:
+      m_list.addFaces(cell, arrays.faces);
       break;
-    }
     case Rule::SAME:
     case Rule::PERMUTE:
     case Rule::FIRST_NODES:
@@ -243,12 +231,12 @@ private:
     }
     const std::size_t taken = kind.numNodes != 0 ? kind.numNodes : size;
     for (std::size_t n = 0; n < taken; ++n)
-      arrays.connectivity.push_back(id(kind.rule == Rule::PERMUTE ? kind.order[n] : n));
+      arrays.connectivity.push_back(id[kind.rule == Rule::PERMUTE ? kind.order[n] : n]);
     arrays.close(kind.shape, cell);
   }
 
   bool isIdentity(const kx::SourceCells& sources) const {
-    if (sources.size() != m_numCells) return false;
+    if (sources.size() != m_list.size()) return false;
     for (std::size_t c = 0; c < sources.size(); ++c) {
       if (sources[c] != static_cast<std::int64_t>(c)) return false;
     }
@@ -270,9 +258,10 @@ private:
 
   vtkDataSet& m_data;
   Content& m_content;
-  std::size_t m_numCells;
+  kx::CellList m_list;
   int m_dimension = 0;
-  std::map<int, std::size_t> m_counts;
+  std::map<int, std::size_t> m_counts; ///< whole cells by their type
+  std::size_t m_numBad = 0;            ///< cells without the nodes that their type asks for
 };
 
 } // namespace
