@@ -93,6 +93,7 @@ TEST(KbReadDamagedByVtk, PolyhedronWithoutFaces) {
 
 struct Unusable {
   const char* name;
+  const char* extension;
   std::string text;
   const char* error;
 };
@@ -101,7 +102,8 @@ class KbReadUnusableByVtk : public testing::TestWithParam<Unusable> {};
 
 TEST_P(KbReadUnusableByVtk, SaysWhy) {
   const Messages messages;
-  const auto path = outputFolder(std::string("vtk_unusable_") + GetParam().name) / "bad.vtk";
+  const auto path =
+      outputFolder(std::string("vtk_unusable_") + GetParam().name) / (std::string("bad") + GetParam().extension);
   writeText(path, GetParam().text);
   const KbMeshFile file = KbReadMesh(path.string());
   EXPECT_FALSE(file);
@@ -113,34 +115,95 @@ TEST_P(KbReadUnusableByVtk, SaysWhy) {
 const std::string tetra = fourPoints + "CELLS 1 5\n4 0 1 2 ";
 const std::string type = "\nCELL_TYPES 1\n10\n";
 
+/// A triangle after some lines of a header.
+std::string ply(const std::string& vertices, const std::string& faces, const std::string& body) {
+  return "ply\nformat ascii 1.0\n" + vertices + "property float x\nproperty float y\nproperty float z\n" + faces + body;
+}
+const std::string vertices = "element vertex 3\n";
+const std::string faces = "element face 1\nproperty list uchar int vertex_indices\nend_header\n";
+const std::string triangle = "0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n";
+
+std::string ucd(const std::string& counts, const std::string& cell) {
+  return counts + "\n01 0 0 0\n02 1 0 0\n03 0 1 0\n04 0 0 1\n" + cell + "\n";
+}
+
+std::string piece(const std::string& numPoints, const std::string& numCells) {
+  return "<VTKFile type=\"UnstructuredGrid\" version=\"0.1\" byte_order=\"LittleEndian\"><UnstructuredGrid><Piece "
+         "NumberOfPoints=\"" +
+         numPoints + "\" NumberOfCells=\"" + numCells + "\"></Piece></UnstructuredGrid></VTKFile>\n";
+}
+
+TEST(KbReadDamagedByVtk, WholeFilesPassTheChecks) {
+  EXPECT_TRUE(read("whole.ply", ply(vertices, faces, triangle)));
+  EXPECT_TRUE(read("whole.inp", ucd("4 1 0 0 0", "1 1 tet 1 2 3 4")));
+  EXPECT_TRUE(
+      read("fields.inp", "# made by hand\n" + ucd("4 1 1 0 0", "1 1 tet 1 2 3 4\n1 1\ns, m\n1 0\n2 0\n3 0\n4 0")));
+  std::string binary = "ply\nformat binary_big_endian 1.0\n" + vertices +
+                       "property uchar x\nproperty uchar y\nproperty uchar z\nelement face 1\n"
+                       "property list ushort int vertex_indices\nend_header\n";
+  for (const int byte : {0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 2})
+    binary.push_back(static_cast<char>(byte));
+  EXPECT_TRUE(read("binary.ply", binary));
+  binary.pop_back();
+  const KbMeshFile cut = read("cut.ply", binary);
+  EXPECT_NE(cut.getError().find("element 'face' 0 of 1 is damaged or missing"), std::string::npos) << cut.getError();
+}
+
 INSTANTIATE_TEST_SUITE_P(
     , KbReadUnusableByVtk,
     testing::Values(
-        Unusable{"IndexTooLarge", legacy("UNSTRUCTURED_GRID", tetra + "99" + type),
+        Unusable{"IndexTooLarge", ".vtk", legacy("UNSTRUCTURED_GRID", tetra + "99" + type),
                  "makes no mesh: KbVolumeMeshUnstructured::setCells: node index 99 with 4 nodes"},
-        Unusable{"IndexBelowZero", legacy("UNSTRUCTURED_GRID", tetra + "-3" + type),
+        Unusable{"IndexBelowZero", ".vtk", legacy("UNSTRUCTURED_GRID", tetra + "-3" + type),
                  "makes no mesh: KbVolumeMeshUnstructured::setCells: node index -3 is below 0"},
-        Unusable{"NoPoints", legacy("UNSTRUCTURED_GRID", "CELLS 1 5\n4 0 1 2 3" + type), "has no points"},
-        Unusable{"TooFewPoints", legacy("STRUCTURED_GRID", "DIMENSIONS 2 2 2\n" + fourPoints),
+        Unusable{"NoPoints", ".vtk", legacy("UNSTRUCTURED_GRID", "CELLS 1 5\n4 0 1 2 3" + type), "has no points"},
+        Unusable{"TooFewPoints", ".vtk", legacy("STRUCTURED_GRID", "DIMENSIONS 2 2 2\n" + fourPoints),
                  "makes no mesh: KbVolumeMeshCurvilinear::setCoordinates: 12 coordinate values instead of 3 for each "
                  "of 8 nodes"},
-        Unusable{"NoGridPoints", legacy("STRUCTURED_GRID", "DIMENSIONS 2 2 2\n"), "has no points"},
-        Unusable{"NoPositions", legacy("RECTILINEAR_GRID", "DIMENSIONS 3 2 2\n"),
+        Unusable{"NoGridPoints", ".vtk", legacy("STRUCTURED_GRID", "DIMENSIONS 2 2 2\n"), "has no points"},
+        Unusable{"NoPositions", ".vtk", legacy("RECTILINEAR_GRID", "DIMENSIONS 3 2 2\n"),
                  "has 0 positions along x and the dimensions 3 x 2 x 2"},
         Unusable{
-            "NoPositionsAlongZ",
+            "NoPositionsAlongZ", ".vtk",
             legacy("RECTILINEAR_GRID", "DIMENSIONS 2 2 2\nX_COORDINATES 2 float\n0 1\nY_COORDINATES 2 float\n0 1\n"),
             "has 0 positions along z and the dimensions 2 x 2 x 2"},
-        Unusable{"FewPositions",
+        Unusable{"FewPositions", ".vtk",
                  legacy("RECTILINEAR_GRID", "DIMENSIONS 2 5 1\nX_COORDINATES 2 float\n0 1\nY_COORDINATES 2 float\n0 1\n"
                                             "Z_COORDINATES 1 float\n0\n"),
                  "has 2 positions along y and the dimensions 2 x 5 x 1"},
         Unusable{
-            "TooManyNodes",
+            "TooManyNodes", ".vtk",
             legacy("STRUCTURED_POINTS", "DIMENSIONS 2000000000 2000000000 2000000000\nORIGIN 0 0 0\nSPACING 1 1 1\n"),
             "has too many nodes to be numbered: 2000000000 x 2000000000 x 2000000000"},
-        Unusable{"Field", legacy("FIELD f 1", "a 1 2 float\n1 2\n"),
-                 "cannot be read: it is damaged or of another kind"}),
+        Unusable{"Field", ".vtk", legacy("FIELD f 1", "a 1 2 float\n1 2\n"),
+                 "cannot be read: it is damaged or of another kind"},
+        Unusable{"PlyHeaderCut", ".ply", "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\n",
+                 "cannot be read: the header has no end"},
+        Unusable{"PlyCountBelowZero", ".ply", ply("element vertex -3\n", faces, triangle),
+                 "cannot be read: the header has a line 'element vertex -3'"},
+        Unusable{"PlyCountTooLarge", ".ply", ply("element vertex 2000000000\n", faces, triangle),
+                 "cannot be read: the header has a line 'element vertex 2000000000'"},
+        Unusable{"PlyPropertyOfNothing", ".ply", ply("", faces, triangle),
+                 "cannot be read: the header has a line 'property float x'"},
+        Unusable{"PlyVertexMissing", ".ply", ply(vertices, faces, "0 0 0\n1 0 0\n"),
+                 "cannot be read: element 'vertex' 2 of 3 is damaged or missing"},
+        Unusable{"PlyListTooLong", ".ply", ply(vertices, faces, "0 0 0\n1 0 0\n0 1 0\n2000000000 0 1 2\n"),
+                 "cannot be read: element 'face' 0 of 1 is damaged or missing"},
+        Unusable{"PlyListBelowZero", ".ply", ply(vertices, faces, "0 0 0\n1 0 0\n0 1 0\n-3 0 1 2\n"),
+                 "cannot be read: element 'face' 0 of 1 is damaged or missing"},
+        Unusable{"PieceBelowZero", ".vtu", piece("4", "-1"), "cannot be read: NumberOfCells is '-1'"},
+        Unusable{"PieceTooLarge", ".vtu", piece("3000000000", "1"), "cannot be read: NumberOfPoints is '3000000000'"},
+        Unusable{"UcdCountTooLarge", ".inp", ucd("4 2000000000 0 0 0", "1 1 tet 1 2 3 4"),
+                 "cannot be read: the first line has no five counts that suit the size of the file"},
+        Unusable{"UcdNodesMissing", ".inp", "4 1 0 0 0\n1 0 0 0\n2 1 0 0\n",
+                 "cannot be read: node 2 of 4 is damaged or missing"},
+        Unusable{"UcdCellMissing", ".inp", ucd("4 2 0 0 0", "1 1 tet 1 2 3 4"),
+                 "cannot be read: cell 1 of 2 is missing or of an unknown type ''"},
+        Unusable{"UcdCellCut", ".inp", ucd("4 1 0 0 0", "1 1 tet 1 2 3"), "cannot be read: cell 0 of 1 is damaged"},
+        Unusable{"UcdNodeUnknown", ".inp", ucd("4 1 0 0 0", "1 1 tet 1 2 3 99"),
+                 "cannot be read: cell 0 of 1 has a node 99, which the file does not have"},
+        Unusable{"UcdFieldTooLong", ".inp", ucd("4 1 1 0 0", "1 1 tet 1 2 3 4\n1 2000000000\ns, m\n1 0\n2 0\n3 0\n4 0"),
+                 "cannot be read: the fields of nodes are damaged"}),
     [](const auto& test) { return test.param.name; });
 
 } // namespace

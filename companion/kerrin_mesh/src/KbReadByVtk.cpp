@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Files that VTK reads. What it has to say is caught and becomes the error or the notes.
 #include "KbVtkArrays.h"
+#include "KbVtkChecks.h"
 
 #include <vtkAVSucdReader.h>
 #include <vtkDataSet.h>
@@ -109,6 +110,10 @@ vtkSmartPointer<vtkDataObject> readAny(const std::string& path, const std::strin
 } // namespace
 
 void kx::readByVtk(const std::string& path, const std::string& extension, KbMeshFile::Content& content) {
+  if (const std::string fault = findFaultForVtk(path, extension); !fault.empty()) {
+    content.error = "cannot be read: " + fault;
+    return;
+  }
   const Listening listening;
   const vtkSmartPointer<vtkDataObject> object = readAny(path, extension);
   if (!listening.heard().errors.empty()) {

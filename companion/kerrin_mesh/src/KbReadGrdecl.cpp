@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Corner-point grids from GRDECL text: keywords with a record of values each, closed by a slash.
 #include "KbMeshFileContent.h"
+#include "KbWords.h"
 
 #include <KerrinMesh/KbVolumeMeshVertexHexahedronIjk.h>
 
@@ -26,9 +27,6 @@ const std::set<std::string_view> bareKeywords{"NOECHO", "ECHO",    "GRID",     "
 const std::set<std::string_view> otherKeywords{"MAPUNITS", "GRIDUNIT", "GDORIENT", "PINCH", "COORDSYS", "TITLE"};
 
 bool isSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
-
-/// A word of the file for a message.
-std::string quoted(std::string_view word) { return std::string("'").append(word.substr(0, 40)).append("'"); }
 
 /// Walks the words of one file; comments (-- to the end of the line) are space.
 class Scanner {
@@ -148,7 +146,7 @@ private:
   void readKeyword(Scanner& scanner, std::string_view keyword, std::size_t depth) {
     const char first = keyword.front();
     if (!(first >= 'A' && first <= 'Z') && !(first >= 'a' && first <= 'z'))
-      scanner.fail(quoted(keyword) + " where a keyword is expected");
+      scanner.fail(kx::inQuotes(keyword) + " where a keyword is expected");
     if (bareKeywords.count(keyword)) return;
     if (keyword == "INCLUDE") return include(scanner, depth);
     if (keyword == "SPECGRID" || keyword == "DIMENS") return readCounts(scanner, keyword);
@@ -166,7 +164,7 @@ private:
     if (name.empty() || name == "/") scanner.fail("INCLUDE without a file name");
     if (depth == 16) scanner.fail("INCLUDE files are nested more than 16 deep");
     const std::filesystem::path path = scanner.path().parent_path() / std::string(name);
-    if (!std::filesystem::is_regular_file(path)) scanner.fail("INCLUDE file " + quoted(name) + " does not exist");
+    if (!std::filesystem::is_regular_file(path)) scanner.fail("INCLUDE file " + kx::inQuotes(name) + " does not exist");
     scanner.skipRecord();
     readFile(path, depth + 1);
   }
@@ -177,7 +175,7 @@ private:
       const std::string_view word = scanner.next();
       // Node indices and array sizes must stay far from the end of size_t.
       if (!parseNumber(word, count) || count == 0 || count > 1'000'000)
-        scanner.fail(std::string(keyword) + ": " + quoted(word) + " is no number of cells");
+        scanner.fail(std::string(keyword) + ": " + kx::inQuotes(word) + " is no number of cells");
     }
     scanner.skipRecord();
     if (m_counts[0] != 0 && m_counts != counts) scanner.fail(std::string(keyword) + " differs from that before");
@@ -228,7 +226,7 @@ private:
     if (word.empty()) scanner.fail(std::string(keyword) + " is not closed by a slash");
     if (double number = 0.0; parseNumber(word.substr(word.find('*') + 1), number))
       scanner.fail(std::string(keyword) + " has more than " + std::to_string(size) + " values");
-    scanner.fail(std::string(keyword) + ": " + quoted(word) + " is no number");
+    scanner.fail(std::string(keyword) + ": " + kx::inQuotes(word) + " is no number");
   }
 
   void readActive(Scanner& scanner) {

@@ -85,6 +85,10 @@ private:
 /// `.stl`
 ///   and `.inp` (AVS UCD). The cells of the highest dimension make the mesh. Cells that are blanked or ghosts are dead.
 ///
+/// A damaged file gives an error or a note. There is a limit: VTK trusts some numbers within a file that are not looked
+/// at before, and ends the process where they lead out of memory. These are the sizes of faces of polyhedra, in `.vtk`
+/// and `.vtu` files, and all numbers of binary `.inp` files.
+///
 /// Coordinates and values stay as the file has them, float or double; integers become float or double. Files are read
 /// one at a time, whatever thread asks.
 KERRIN_MESH_API KbMeshFile KbReadMesh(const std::string& path);

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kx {
+
+/// A word of a file for a message.
+inline std::string inQuotes(std::string_view word) { return std::string("'").append(word.substr(0, 40)).append("'"); }
+
+/// Walks the words of a text.
+class Words {
+public:
+  explicit Words(std::string_view text)
+      : m_rest(text) {}
+
+  /// The next word, on whatever line; empty at the end.
+  std::string_view next() {
+    m_rest.remove_prefix(std::min(m_rest.find_first_not_of(" \t\r\n\f\v"), m_rest.size()));
+    const std::string_view word = m_rest.substr(0, m_rest.find_first_of(" \t\r\n\f\v"));
+    m_rest.remove_prefix(word.size());
+    return word;
+  }
+  /// The rest of the line, without its end.
+  std::string_view nextLine() {
+    const std::string_view line = m_rest.substr(0, m_rest.find('\n'));
+    m_rest.remove_prefix(std::min(line.size() + 1, m_rest.size()));
+    return line;
+  }
+  /// The next word as a whole number; none when it is something else.
+  std::optional<std::int64_t> nextInteger() {
+    const std::string_view word = next();
+    std::int64_t number = 0;
+    const std::from_chars_result result = std::from_chars(word.data(), word.data() + word.size(), number);
+    if (result.ec != std::errc() || result.ptr != word.data() + word.size()) return std::nullopt;
+    return number;
+  }
+  /// The next word as a count from 0 to `most`; false when it is none.
+  bool nextCount(std::size_t most, std::size_t& count) {
+    const std::optional<std::int64_t> number = nextInteger();
+    count = number && *number >= 0 ? static_cast<std::size_t>(*number) : 0;
+    return number && *number >= 0 && count <= most;
+  }
+  /// As many bytes, or what is left.
+  std::string_view nextBytes(std::size_t size) {
+    const std::string_view bytes = m_rest.substr(0, size);
+    m_rest.remove_prefix(bytes.size());
+    return bytes;
+  }
+  std::string_view rest() const { return m_rest; }
+
+private:
+  std::string_view m_rest;
+};
+
+} // namespace kx
