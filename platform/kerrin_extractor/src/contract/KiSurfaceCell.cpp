@@ -118,19 +118,14 @@ bool KiSurfaceCell::isPointInsideCell(const KiGeometryI& geometry, const KbVec3<
   const Shape shape = getShape();
   if (shape != POLYGON) {
     weights.resize(kx::numShapeNodes(referenceOf(shape)));
-    return kx::isPointInside(referenceOf(shape), *this, geometry, point, weights.data());
+    if (kx::isPointInside(referenceOf(shape), *this, geometry, point, weights.data())) return true;
+    if (shape != TRIANGLE && shape != QUADRANGLE) return false;
+    // Off the bilinear surface, where the display's triangles may yet be, or rounded out of the border.
   }
   std::vector<KbVec3<double>> corners(getNumNodes());
   for (std::size_t i = 0; i < corners.size(); ++i)
     corners[i] = geometry.getCoord(getNodeIndex(i));
-  if (corners.size() < 3) return false;
-  const KbVec3<double> normal = kx::polygonNormal(corners).normalized();
-  const double height = normal.dot(point - getCenter(geometry));
-  if (!(std::abs(height) <= 1e-4 * getRelativeSize(&geometry))) return false;
-  const KbVec3<double> foot = point - normal * height;
-  if (!kx::isInsidePolygon(corners, normal, foot)) return false;
-  kx::polygonWeights(corners, foot, weights);
-  return true;
+  return kx::weightsOnPolygon(corners, point, weights);
 }
 
 std::size_t KiLineCell::getSubEdgeNodesIndex(std::vector<std::size_t>& edges) const {

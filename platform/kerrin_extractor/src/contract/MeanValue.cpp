@@ -111,6 +111,47 @@ bool isInsidePolygon(const std::vector<KbVec3<double>>& corners, const KbVec3<do
   return inside;
 }
 
+bool weightsOnPolygon(const std::vector<KbVec3<double>>& corners, const KbVec3<double>& point,
+                      std::vector<double>& weights) {
+  const std::size_t n = corners.size();
+  const KbVec3<double> normal = polygonNormal(corners).normalized();
+  if (n < 3 || normal == KbVec3<double>(0.0)) return false;
+  KbVec3<double> centre;
+  for (const KbVec3<double>& corner : corners)
+    centre += corner / static_cast<double>(n);
+  std::vector<KbVec3<double>> flat(n);
+  double greatest = 0.0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const double height = normal.dot(corners[i] - centre);
+    greatest = std::max(greatest, std::abs(height));
+    flat[i] = corners[i] - normal * height;
+  }
+  const double tolerance = 1e-4 * extentOf(corners);
+  const double height = normal.dot(point - centre);
+  if (!(std::abs(height) <= greatest + tolerance)) return false;
+  const KbVec3<double> foot = point - normal * height;
+  if (isInsidePolygon(flat, normal, foot)) {
+    polygonWeights(flat, foot, weights);
+    return true;
+  }
+  double nearest = tolerance;
+  bool isBeside = false;
+  for (std::size_t i = 0; i < n; ++i) {
+    const std::size_t next = (i + 1) % n;
+    const KbVec3<double> edge = flat[next] - flat[i];
+    const double squared = edge.squaredLength();
+    const double along = squared > 0.0 ? std::clamp((foot - flat[i]).dot(edge) / squared, 0.0, 1.0) : 0.0;
+    const double distance = (flat[i] + edge * along - foot).length();
+    if (!(distance <= nearest)) continue;
+    nearest = distance;
+    isBeside = true;
+    weights.assign(n, 0.0);
+    weights[i] = 1.0 - along;
+    weights[next] += along;
+  }
+  return isBeside;
+}
+
 void polyhedronWeights(const Facets& facets, const std::vector<KbVec3<double>>& nodes, const KbVec3<double>& point,
                        std::vector<double>& weights) {
   weights.assign(nodes.size(), 0.0);

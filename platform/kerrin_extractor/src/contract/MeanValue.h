@@ -18,6 +18,12 @@ KbVec3<double> polygonNormal(const std::vector<KbVec3<double>>& corners);
 bool isInsidePolygon(const std::vector<KbVec3<double>>& corners, const KbVec3<double>& normal,
                      const KbVec3<double>& point);
 
+/// Whether a point lies on a polygon, and its mean value coordinates if so. The polygon need not be flat: any surface
+/// between its corners counts, for what a display makes of it is not known here. A height of 1e-4 of its extent more,
+/// or as much beside its border, counts as well: positions that are picked are rounded.
+bool weightsOnPolygon(const std::vector<KbVec3<double>>& corners, const KbVec3<double>& point,
+                      std::vector<double>& weights);
+
 /// The faces of a polyhedron as lists of local node indices, counter-clockwise seen from outside.
 using Facets = std::vector<std::vector<std::size_t>>;
 

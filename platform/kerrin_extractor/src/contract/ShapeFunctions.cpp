@@ -237,15 +237,15 @@ bool hasTriangleSection(ReferenceShape shape) {
 }
 
 bool isInReference(ReferenceShape shape, const KbVec3<double>& x) {
-  constexpr double EPS = 1e-9;
   const int dimension = shapeDimension(shape);
+  const double eps = dimension == 1 ? 1e-4 : 1e-9; // positions picked at the end of a line are rounded
   for (int axis = 0; axis < dimension; ++axis) {
     const double c = x[static_cast<std::size_t>(axis)];
-    if (!(c >= -EPS && c <= 1.0 + EPS)) return false;
+    if (!(c >= -eps && c <= 1.0 + eps)) return false;
   }
-  if (hasTriangleSection(shape)) return x[0] + x[1] <= 1.0 + EPS;
+  if (hasTriangleSection(shape)) return x[0] + x[1] <= 1.0 + eps;
   if (shape == ReferenceShape::TETRAHEDRON || shape == ReferenceShape::QUADRATIC_TETRAHEDRON)
-    return x[0] + x[1] + x[2] <= 1.0 + EPS;
+    return x[0] + x[1] + x[2] <= 1.0 + eps;
   return true;
 }
 
@@ -389,6 +389,7 @@ bool isPointInside(ReferenceShape shape, const KiCell& cell, const KiGeometryI& 
     if (!(point[axis] >= low[axis] - margin && point[axis] <= high[axis] + margin)) return false;
   KbVec3<double> position;
   if (!invertShape(shape, nodes.data(), point, position)) return false;
+  if (shapeDimension(shape) == 1) position[0] = std::clamp(position[0], 0.0, 1.0);
   const ShapeValues n = evaluateShape(shape, position);
   std::copy_n(n.value.begin(), numNodes, weights);
   return true;
