@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "CellBins.h"
 
+#include "FinitePosition.h"
+
 #include <tbb/task_arena.h>
 
 #include <cmath>
@@ -160,6 +162,27 @@ void CellBins::build(Run& run, std::size_t numCells, const Box& bounds, const Bo
   }
   fill(run, numCells, boxesOf);
   m_counts.clear();
+}
+
+std::vector<std::uint32_t> CellBins::orderOf(const KbVec3<double>* points, std::uint32_t count) const {
+  // A counting sort by bins, or by some bins in a row where there are many.
+  constexpr std::size_t MAX_KEYS = 65536;
+  unsigned shift = 0;
+  while (numBins() >> shift >= MAX_KEYS)
+    ++shift;
+  std::vector<std::uint16_t> keys(count);
+  std::vector<std::uint32_t> begins((numBins() >> shift) + 2, 0);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const bool hasBin = m_entries.size() > 0 && isFinite(points[i]);
+    keys[i] = hasBin ? static_cast<std::uint16_t>(placeOf(points[i]).first >> shift) : std::uint16_t{0};
+    ++begins[keys[i] + 1u];
+  }
+  for (std::size_t key = 1; key < begins.size(); ++key)
+    begins[key] += begins[key - 1];
+  std::vector<std::uint32_t> order(count);
+  for (std::uint32_t i = 0; i < count; ++i)
+    order[begins[keys[i]]++] = i;
+  return order;
 }
 
 } // namespace kx

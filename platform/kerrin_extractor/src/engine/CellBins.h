@@ -9,11 +9,14 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace kx {
 
 /// Finds the cells whose boxes hold a point: equal bins over the mesh, about two cells wide, each with the cells that
-/// reach into it in ascending order.
+/// reach into it in ascending order (Bentley, Weide and Yao 1980, Optimal expected-time algorithms for closest point
+/// problems, have points in them).
 ///
 /// An entry keeps the cell's index and, for each axis, which of the bin's eight slots the cell's box covers, so that
 /// nearly all candidates that are not at the point fall away without a look at the mesh: as sharp as bins a quarter of
@@ -36,13 +39,7 @@ public:
   template <class Test>
   std::size_t find(const KbVec3<double>& point, const Test& test) const {
     if (m_entries.size() == 0) return NO_CELL;
-    std::uint64_t wanted = 0;
-    std::size_t bin = 0;
-    for (std::size_t axis = 3; axis-- > 0;) {
-      const std::size_t slot = slotOf(point[axis], axis);
-      bin = bin * m_numBins[axis] + slot / NUM_SLOTS;
-      wanted |= std::uint64_t(1) << (axis * NUM_SLOTS + slot % NUM_SLOTS);
-    }
+    const auto [bin, wanted] = placeOf(point);
     const std::uint64_t* end = m_entries.data() + m_offsets[bin + 1];
     for (const std::uint64_t* entry = m_entries.data() + m_offsets[bin]; entry != end; ++entry)
       if ((*entry & wanted) == wanted && test(static_cast<std::size_t>(*entry >> MASK_BITS)))
@@ -50,11 +47,25 @@ public:
     return NO_CELL;
   }
 
+  /// The numbers of points in an order in which one is found near the other in memory; points may be anywhere.
+  std::vector<std::uint32_t> orderOf(const KbVec3<double>* points, std::uint32_t count) const;
+
 private:
   static constexpr std::size_t NUM_SLOTS = 8; ///< in a bin, along each axis
   static constexpr unsigned MASK_BITS = 24;
   using Slots = std::array<std::size_t, 3>;
 
+  /// The bin of a point, and the slots that its cell covers.
+  std::pair<std::size_t, std::uint64_t> placeOf(const KbVec3<double>& point) const {
+    std::uint64_t wanted = 0;
+    std::size_t bin = 0;
+    for (std::size_t axis = 3; axis-- > 0;) {
+      const std::size_t slot = slotOf(point[axis], axis);
+      bin = bin * m_numBins[axis] + slot / NUM_SLOTS;
+      wanted |= std::uint64_t(1) << (axis * NUM_SLOTS + slot % NUM_SLOTS);
+    }
+    return {bin, wanted};
+  }
   void chooseWidths(std::size_t numCells, const BoxesOf& boxesOf);
   void setWidths(const KbVec3<double>& widths, std::size_t numCells);
   std::size_t count(Run& run, std::size_t numCells, const BoxesOf& boxesOf);

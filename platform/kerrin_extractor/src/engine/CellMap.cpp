@@ -79,6 +79,20 @@ double CellMap::excess(const Vec3& x) const {
   }
 }
 
+CellMap::Answer CellMap::solveTetrahedron(const Vec3& point, Vec3& x) const {
+  const Vec3& dr = m_a[1];
+  const Vec3& ds = m_a[2];
+  const Vec3& dt = m_a[3];
+  const Vec3 st = ds.cross(dt);
+  const double volume = dr.dot(st);
+  const double scale2 = dr.squaredLength() * ds.squaredLength() * dt.squaredLength();
+  if (!(volume * volume > 1e-24 * scale2)) return Answer::UNDECIDED;
+  const Vec3 way = point - m_a[0];
+  const Vec3 rWay = dr.cross(way);
+  x = Vec3(way.dot(st), dt.dot(rWay), -ds.dot(rWay)) / volume;
+  return excess(x) <= INSIDE_TOLERANCE ? Answer::INSIDE : Answer::OUTSIDE;
+}
+
 CellMap::Answer CellMap::newton(const Vec3& point, Vec3& x) const {
   constexpr int MAX_STEPS = 20;
   double firstVolume = 0.0;
@@ -97,10 +111,6 @@ CellMap::Answer CellMap::newton(const Vec3& point, Vec3& x) const {
     if (i == 0) firstVolume = volume;
     const Vec3 rResidual = dr.cross(residual);
     Vec3 step = Vec3(residual.dot(st), dt.dot(rResidual), -ds.dot(rResidual)) / volume;
-    if (m_code == TETRAHEDRON) {
-      x += step;
-      return excess(x) <= INSIDE_TOLERANCE ? Answer::INSIDE : Answer::OUTSIDE;
-    }
     const double length = std::max({std::abs(step[0]), std::abs(step[1]), std::abs(step[2])});
     if (length > 1.0) step /= length;
     x += step;
@@ -165,7 +175,9 @@ CellMap::Answer CellMap::newtonPyramid(const Vec3& point, Vec3& x) const {
 }
 
 bool CellMap::invert(const Vec3& point, Vec3& position) const {
-  const Answer answer = m_code == PYRAMID ? newtonPyramid(point, position) : newton(point, position);
+  const Answer answer = m_code == TETRAHEDRON ? solveTetrahedron(point, position)
+                        : m_code == PYRAMID   ? newtonPyramid(point, position)
+                                              : newton(point, position);
   if (answer != Answer::UNDECIDED) return answer == Answer::INSIDE;
   const auto shape = static_cast<ReferenceShape>(static_cast<int>(ReferenceShape::TETRAHEDRON) + m_code);
   std::array<Vec3, 8> corners;

@@ -18,9 +18,8 @@ public:
 
   /// Finds the reference coordinates of a point. True when it lies in the cell; inverted cells are fine.
   ///
-  /// Newton's method from `position`, which is exact after one step for tetrahedra. Where it fails or ends on another
-  /// branch of the map (crumpled cells) the slow search of `invertShape` from many starts decides; flat cells hold no
-  /// point.
+  /// Newton's method from `position`; a linear system for tetrahedra. Where it fails or ends on another branch of the
+  /// map (crumpled cells) the slow search of `invertShape` from many starts decides; flat cells hold no point.
   bool invert(const KbVec3<double>& point, KbVec3<double>& position) const;
 
   KbVec3<double> at(const KbVec3<double>& position) const;
@@ -31,6 +30,7 @@ public:
 
 private:
   enum class Answer { INSIDE, OUTSIDE, UNDECIDED };
+  Answer solveTetrahedron(const KbVec3<double>& point, KbVec3<double>& position) const;
   Answer newton(const KbVec3<double>& point, KbVec3<double>& position) const;
   Answer newtonPyramid(const KbVec3<double>& point, KbVec3<double>& position) const;
   /// How far a position lies outside of the cell; not positive inside.

@@ -103,6 +103,10 @@ bool SurfaceLocator::load(std::size_t cell, CellNodeList& nodes) const {
   return nodes.numCorners > 0;
 }
 
+std::vector<std::uint32_t> SurfaceLocator::orderOf(const KbVec3<double>* points, std::uint32_t count) const {
+  return m_bins.orderOf(points, count);
+}
+
 bool SurfaceLocator::find(const Vec3& point, CellHit& hit) const {
   hit.cell = CellHit::NO_CELL;
   if (!m_isReady || !isFinite(point)) return false;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 namespace kx {
 namespace {
@@ -228,6 +229,13 @@ bool VolumeLocator::find(const Vec3& point, CellHit& hit) const {
   hit.cell = m_bins.find(
       point, [&](std::size_t cell) { return (!isClosable || m_mesh->isOpen(cell)) && findInCell(cell, point, hit); });
   return hit.isFound();
+}
+
+std::vector<std::uint32_t> VolumeLocator::orderOf(const Vec3* points, std::uint32_t count) const {
+  if (!m_hasAxes) return m_bins.orderOf(points, count);
+  std::vector<std::uint32_t> order(count);
+  std::iota(order.begin(), order.end(), 0u);
+  return order;
 }
 
 bool VolumeLocator::findNear(const Vec3& point, CellHit& hit) const {

@@ -6,6 +6,7 @@
 #include "src/engine/SurfaceLocator.h"
 #include "src/engine/VolumeLocator.h"
 
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -91,12 +92,23 @@ private:
 
   template <class Visit>
   void forEachPoint(Run& run, const KbVec3<double>* points, std::size_t count, const Visit& visit) const {
+    // Steps of a batch share one order: points that are near each other want the same cells and nodes.
+    constexpr std::size_t STEPS_PER_BATCH = 1024;
+    constexpr std::size_t BATCH = STEPS_PER_BATCH * POINTS_PER_STEP;
+    std::vector<std::once_flag> areOrdered(numBlocksOf(count, BATCH));
+    std::vector<std::vector<std::uint32_t>> orders(areOrdered.size());
     run.phase("probe", numBlocksOf(count, POINTS_PER_STEP), [&](std::size_t step) {
+      const std::size_t batch = step / STEPS_PER_BATCH;
+      const KbVec3<double>* first = points + batch * BATCH;
+      std::call_once(areOrdered[batch], [&] {
+        orders[batch] = m_locator.orderOf(first, static_cast<std::uint32_t>(std::min(BATCH, count - batch * BATCH)));
+      });
+      const std::vector<std::uint32_t>& order = orders[batch];
       CellHit hit;
-      const std::size_t end = std::min((step + 1) * POINTS_PER_STEP, count);
-      for (std::size_t i = step * POINTS_PER_STEP; i < end; ++i) {
-        m_locator.find(points[i], hit);
-        visit(i, hit);
+      const std::size_t begin = step % STEPS_PER_BATCH * POINTS_PER_STEP;
+      for (std::size_t n = begin; n < std::min(begin + POINTS_PER_STEP, order.size()); ++n) {
+        m_locator.find(first[order[n]], hit);
+        visit(batch * BATCH + order[n], hit);
       }
     });
   }
