@@ -76,4 +76,28 @@ TEST(InterpolatedLogicalSlice, LiesAtTheFractionalPosition) {
     EXPECT_EQ(e->extract(KiMesh::DIMENSION_K, position, nullptr).getTopology().getNumCells(), 0u) << position;
 }
 
+TEST(InterpolatedLogicalSlice, BetweenLayersShowsTheFacesOfEither) {
+  for (const std::size_t closedLayer : {0u, 1u}) {
+    std::vector<std::uint8_t> dead(12, 0);
+    for (std::size_t cell = 0; cell < 5; ++cell)
+      dead[6 * closedLayer + cell] = 1;
+    const Regular kind({3, 2, 2}, dead);
+    const std::unique_ptr<KiInterpolatedLogicalSliceExtract> e(
+        KiInterpolatedLogicalSliceExtract::getNewInstance(kind.mesh, false, nullptr));
+    const KeXSurfaceMeshUnstructured& mesh = e->extract(KiMesh::DIMENSION_K, 1.0, nullptr);
+    const Surface s(mesh);
+    ASSERT_EQ(s.polygons.size(), 6u);
+    EXPECT_EQ(s.vertices.size(), 12u);
+    EXPECT_NEAR(s.area(), 1.0, 1e-6);
+    for (std::size_t p = 0; p < 6; ++p) {
+      EXPECT_GT(s.vectorArea(p)[2], 0.0);
+      const KeXSurfaceTopologyExplicitI& cells = mesh.getTopology();
+      const std::size_t column = cells.getInputCellIndexI(p) + 3 * cells.getInputCellIndexJ(p);
+      EXPECT_EQ(cells.getInputCellIndexK(p), closedLayer == 1 && column < 5 ? 0u : 1u) << p;
+    }
+    EXPECT_EQ(e->extract(KiMesh::DIMENSION_K, closedLayer == 1 ? 1.5 : 0.5, nullptr).getTopology().getNumCells(), 1u);
+    EXPECT_EQ(e->extract(KiMesh::DIMENSION_K, closedLayer == 1 ? 2.0 : 0.0, nullptr).getTopology().getNumCells(), 1u);
+  }
+}
+
 } // namespace

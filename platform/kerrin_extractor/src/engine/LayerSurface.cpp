@@ -23,16 +23,14 @@ using Quad = std::array<Edge, 4>;
 /// Finds the edges that the surface's corners lie on.
 class QuadReader {
 public:
-  /// `weight` is the position between the two nodes of an edge.
-  QuadReader(const MeshView& mesh, std::size_t axis, double weight, Faults& faults)
+  QuadReader(const MeshView& mesh, std::size_t axis, Faults& faults)
       : m_mesh(mesh)
       , m_axis(axis)
-      , m_weight(weight)
       , m_isReversed(FaceWriter::isLeftHanded(mesh))
       , m_faults(faults) {}
 
-  /// False, and told, for a cell that cannot be used.
-  bool read(std::size_t cell, Quad& quad) const {
+  /// `weight` is the position between the two nodes of an edge. False, and told, for a cell that cannot be used.
+  bool read(std::size_t cell, double weight, Quad& quad) const {
     CellNodes nodes;
     std::visit([&](const auto& view) { view.load(cell, nodes); }, m_mesh.cells);
     if (!std::all_of(nodes.begin(), nodes.end(), [&](std::size_t n) { return m_mesh.hasNode(n); })) {
@@ -45,7 +43,7 @@ public:
       const std::size_t corner = face.corners[m_isReversed ? 3 - c : c];
       const std::size_t upper = nodes[corner];
       const std::size_t lower = nodes[CORNER_OF_OFFSET[OFFSET_OF_CORNER[corner] & ~(std::size_t{1} << m_axis)]];
-      quad[c] = {m_weight == 1.0 ? upper : lower, m_weight == 0.0 ? lower : upper};
+      quad[c] = {weight == 1.0 ? upper : lower, weight == 0.0 ? lower : upper};
       areFinite = areFinite && isFinite(m_mesh.points[quad[c].first]) && isFinite(m_mesh.points[quad[c].second]);
     }
     if (!areFinite) m_faults.add(Faults::COORDINATE_NOT_FINITE, cell);
@@ -55,7 +53,6 @@ public:
 private:
   const MeshView& m_mesh;
   std::size_t m_axis;
-  double m_weight;
   bool m_isReversed;
   Faults& m_faults;
 };
@@ -69,6 +66,14 @@ void writeVertex(const MeshView& mesh, std::size_t vertex, const Edge& edge, dou
   output.edgeBegins.set(vertex, lower);
   output.edgeEnds.set(vertex, upper);
   output.weights[vertex] = static_cast<float>(w);
+}
+
+/// Adds the open cells below those of a layer that are closed: a surface between two layers is that of either.
+void addOpenBelowClosed(const MeshView& mesh, std::size_t axis, std::size_t layer, std::vector<std::size_t>& cells) {
+  const Dims& dims = mesh.cellDims;
+  const std::size_t step = axis == 0 ? 1 : axis == 1 ? dims.i : dims.i * dims.j;
+  for (const std::size_t cell : openCellsOfLayer(mesh, axis, layer - 1))
+    if (!mesh.isOpen(cell + step)) cells.push_back(cell);
 }
 
 } // namespace
@@ -98,15 +103,17 @@ void LayerSurface::write(Run& run, const MeshView& mesh, std::size_t axis, doubl
   }
   const std::size_t layer = std::min(static_cast<std::size_t>(position), numLayers - 1);
   const double weight = position - static_cast<double>(layer);
-  const std::vector<std::size_t> cells = openCellsOfLayer(mesh, axis, layer);
-  const QuadReader reader(mesh, axis, weight, faults);
+  std::vector<std::size_t> cells = openCellsOfLayer(mesh, axis, layer);
+  const std::size_t numCells = cells.size();
+  if (weight == 0.0 && layer > 0) addOpenBelowClosed(mesh, axis, layer, cells);
+  const QuadReader reader(mesh, axis, faults);
   Array<Quad> quads;
   Array<std::uint8_t> isUsable;
   quads.resize(cells.size());
   isUsable.resize(cells.size());
   run.phase("find edges", numBlocksOf(cells.size(), STEP), [&](std::size_t step) {
     for (std::size_t q = step * STEP; q < std::min((step + 1) * STEP, cells.size()); ++q)
-      isUsable[q] = reader.read(cells[q], quads[q]);
+      isUsable[q] = reader.read(cells[q], q < numCells ? weight : 1.0, quads[q]);
   });
 
   std::vector<Edge> edges;

@@ -6,7 +6,10 @@
 #include <KerrinExtractor/KiTessellator.h>
 #include <KerrinExtractor/KiVolumeMeshHexahedronIjk.h>
 
-/// The surface at a fractional node position along one axis: axis, position in [0, number of cells].
+/// The surface at a fractional node position along one axis: axis, position in [0, number of cells]. At a whole
+/// position it runs between two layers of cells: a face is there if one of its two cells is alive and accepted, and its
+/// input cell is the upper one of those. Faults stay open. A position out of range yields nothing; one that is no
+/// number also a message.
 class KERRIN_EXTRACTOR_API KiInterpolatedLogicalSliceExtractHexahedronIjk
     : public KiSurfaceExtractorHexahedronIjk<KiMesh::Dimension, double> {
 public:
