@@ -11,4 +11,6 @@ public:
   virtual T getStandardDeviation() const = 0;
   /// The values in memory, or null when they don't lie in one piece.
   virtual const T* getValues() const = 0;
+  /// A copy that no extractor touches, with the same time stamp; owned by the caller.
+  virtual KeXDataSet<T>* getNewClone() const = 0;
 };

@@ -8,6 +8,5 @@
 template <class T>
 class KeXDataSetI : public virtual KeXDataSet<T>, public virtual KiDataSetI<T> {
 public:
-  /// A copy that no extractor touches, with the same time stamp; owned by the caller.
-  virtual KeXDataSetI<T>* getNewClone() const = 0;
+  KeXDataSetI<T>* getNewClone() const override = 0;
 };

@@ -8,6 +8,5 @@
 template <class T>
 class KeXDataSetIj : public virtual KeXDataSet<T>, public virtual KiDataSetIj<T> {
 public:
-  /// A copy that no extractor touches, with the same time stamp; owned by the caller.
-  virtual KeXDataSetIj<T>* getNewClone() const = 0;
+  KeXDataSetIj<T>* getNewClone() const override = 0;
 };
