@@ -45,6 +45,24 @@ TEST(SurfaceExtractIj, GivesEveryKindAsPolygons) {
   EXPECT_EQ(c.vertices.size(), 231u);
 }
 
+TEST(SurfaceExtractIj, RegularSurfacesLieAcrossAnyAxis) {
+  for (std::size_t across = 0; across < 3; ++across) {
+    Vec3 high(2.0, 3.0, 4.0);
+    Vec3 low(1.0);
+    low[across] = high[across] = 7.0;
+    const KbSurfaceMeshRegular mesh({5, 4}, low, high);
+    const Surface s(makeSurface(mesh)->extract(nullptr));
+    ASSERT_EQ(s.polygons.size(), 20u);
+    ASSERT_EQ(s.vertices.size(), 30u);
+    EXPECT_NEAR(s.area(), across == 0 ? 6.0 : across == 1 ? 3.0 : 2.0, 1e-5);
+    const std::size_t alongI = across == 0 ? 1 : 0;
+    const Vec3 second = s.vertices[static_cast<std::size_t>(s.polygons[0][1])];
+    EXPECT_NEAR(second[alongI] - low[alongI], (high[alongI] - low[alongI]) / 5.0, 1e-6); // the first cell's way along i
+    for (const Vec3& v : s.vertices)
+      EXPECT_EQ(v[across], 7.0);
+  }
+}
+
 TEST(SurfaceExtractIj, LeavesOutDeadAndRefusedCellsAndMapsSets) {
   const std::vector<std::uint8_t> dead{0, 1, 0, 0, 0, 0};
   const KbSurfaceMeshRegular mesh({3, 2}, {0, 0, 0}, {3, 2, 0}, dead);
@@ -60,6 +78,9 @@ TEST(SurfaceExtractIj, LeavesOutDeadAndRefusedCellsAndMapsSets) {
   const KbScalarSetIj cells("cells", DataBinding::PER_CELL, cellValues, {3, 2});
   const auto* mapped = e->extractScalarSet(cells);
   ASSERT_NE(mapped, nullptr);
+  const std::unique_ptr<KeXDataSet<double>> copy(static_cast<const KeXDataSet<double>*>(mapped)->getNewClone());
+  EXPECT_EQ(copy->getTimeStamp(), mapped->getTimeStamp());
+  EXPECT_EQ(copy->getMean(), mapped->getMean());
   EXPECT_EQ(mapped->get(0), 0.0);
   EXPECT_EQ(mapped->get(1), 3.0);
   EXPECT_EQ(mapped->get(2), 4.0);

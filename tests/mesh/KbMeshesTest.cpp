@@ -71,10 +71,12 @@ TEST(KbMeshes, DeadFlagsChangedInPlace) {
   EXPECT_TRUE(mesh.getTopology().getRawArray(KiRawArrays::DEAD));
 }
 
-TEST(KbMeshes, SurfaceRegularLiesAtOneZ) {
+TEST(KbMeshes, SurfaceRegularLiesAcrossAnAxis) {
   const Messages messages;
   const KbSurfaceMeshRegular mesh({3, 2}, {0, 0, 1}, {3, 2, 4});
-  EXPECT_EQ(messages.only(), "KbSurfaceMeshRegular::setBox: corners (0 0 1) and (3 2 4) differ in z");
+  EXPECT_EQ(messages.only(), "KbSurfaceMeshRegular::setBox: corners (0 0 1) and (3 2 4) differ along all axes");
+  const KbSurfaceMeshRegular upright({3, 2}, {0, 0, 1}, {3, 0, 4});
+  EXPECT_EQ(upright.getTopology().getNumCellsI(), 3u);
   EXPECT_EQ(mesh.getTopology().getNumCellsI(), 0u);
 }
 

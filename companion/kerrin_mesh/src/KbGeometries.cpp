@@ -31,9 +31,10 @@ bool KbGeometryRegular::setBox(const KbVec3<double>& min, const KbVec3<double>& 
   bool finite = true;
   for (std::size_t axis = 0; axis < 3; ++axis)
     finite = finite && std::isfinite(min[axis]) && std::isfinite(max[axis]);
-  if (!finite || (flat && min[2] != max[2])) {
+  const bool hasVolume = min[0] != max[0] && min[1] != max[1] && min[2] != max[2];
+  if (!finite || (flat && hasVolume)) {
     std::ostringstream text;
-    text << "corners (" << min << ") and (" << max << ")" << (finite ? " differ in z" : " are not finite");
+    text << "corners (" << min << ") and (" << max << ")" << (finite ? " differ along all axes" : " are not finite");
     return refuse("setBox", text.str());
   }
   m_min = min;

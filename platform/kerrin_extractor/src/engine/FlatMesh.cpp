@@ -3,6 +3,8 @@
 
 #include "FlatForms.h"
 
+#include <cmath>
+
 namespace kx {
 namespace {
 
@@ -51,6 +53,28 @@ private:
   KbVec3<double> m_low;
   KbVec3<double> m_span;
   double m_numCells;
+};
+
+/// A rectangle of equal cells across the first or the second axis.
+class UprightGeometry final : public KiGeometryI {
+public:
+  UprightGeometry(const KbVec3<double>& low, const KbVec3<double>& high, std::size_t across, const Dims& nodes)
+      : m_low(low)
+      , m_numI(nodes.i) {
+    const std::size_t first = across == 0 ? 1 : 0;
+    m_stepI[first] = (high[first] - low[first]) / static_cast<double>(nodes.i - 1);
+    m_stepJ[2] = (high[2] - low[2]) / static_cast<double>(nodes.j - 1);
+  }
+  std::size_t getTimeStamp() const override { return 0; }
+  KbVec3<double> getCoord(std::size_t node) const override {
+    return m_low + m_stepI * static_cast<double>(node % m_numI) + m_stepJ * static_cast<double>(node / m_numI);
+  }
+
+private:
+  KbVec3<double> m_low;
+  KbVec3<double> m_stepI;
+  KbVec3<double> m_stepJ;
+  std::size_t m_numI;
 };
 
 /// A rectilinear surface in any plane. Its axes are those of the plane z = 0 turned about the line in which that plane
@@ -118,7 +142,18 @@ FlatMesh::FlatMesh(const KiSurfaceMeshUnstructured& mesh) {
 
 FlatMesh::FlatMesh(const KiSurfaceMeshRegular& mesh) {
   readQuadrangles(mesh.getTopology());
-  if (numCells > 0) points.setAxes(mesh.getGeometry().getMin(), mesh.getGeometry().getMax());
+  if (numCells == 0) return;
+  const KbVec3<double> low = mesh.getGeometry().getMin();
+  const KbVec3<double> high = mesh.getGeometry().getMax();
+  std::size_t across = 2;
+  for (const std::size_t axis : {1, 0})
+    if (std::abs(high[axis] - low[axis]) < std::abs(high[across] - low[across])) across = axis;
+  if (across == 2) {
+    points.setAxes(low, high);
+  } else {
+    m_ownGeometry = std::make_shared<UprightGeometry>(low, high, across, nodeDims);
+    readPositions(*m_ownGeometry);
+  }
 }
 
 FlatMesh::FlatMesh(const KiSurfaceMeshRectilinear& mesh) {

@@ -5,7 +5,8 @@
 #include <KerrinExtractor/KiMeshIj.h>
 #include <KerrinExtractor/KiTopologyIj.h>
 
-/// A rectangle of equal cells, parallel to the axes x and y; z is the same for all nodes.
+/// A rectangle of equal cells in a plane across one of the axes: the one along which the box of its geometry has the
+/// least extent, which is taken as 0. Index i runs along the first of the other two axes, j along the second.
 class KERRIN_EXTRACTOR_API KiSurfaceMeshRegular : public virtual KiMeshIj {
 public:
   const KiTopologyIj& getTopology() const override = 0;
