@@ -218,6 +218,14 @@ TEST_P(Streamline, StraightLinesEndOnTheBorder) {
     EXPECT_LE((pointOf(*lines[0], i + 1) - pointOf(*lines[0], i)).length(), 0.3 / N + 1e-7);
 }
 
+TEST_P(Streamline, StartsOnTheBorderHaveNoSegmentOutwards) {
+  const auto s = make();
+  const Lines& lines = s->extract({{1.0, 0.4, 0.7}, {0.0, 0.4, 0.7}});
+  EXPECT_EQ(numPoints(*lines[0]), 1u);
+  EXPECT_EQ(lines[0]->getTopology().getNumCells(), 0u);
+  EXPECT_NEAR(lengthOf(*lines[1]), 1.0, 1e-6);
+}
+
 TEST_P(Streamline, CirclesCloseAfterOneTurn) {
   Options options;
   options.flow = rotation;

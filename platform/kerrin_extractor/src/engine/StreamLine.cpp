@@ -20,6 +20,12 @@ void StreamLine::clear() {
   m_weightBegins.clear();
 }
 
+bool StreamLine::endsAt(const KbVec3<double>& point) const {
+  return !m_collected.empty() &&
+         KbVec3<float>(point) ==
+             KbVec3<float>(*(m_collected.end() - 3), *(m_collected.end() - 2), *(m_collected.end() - 1));
+}
+
 void StreamLine::add(const KbVec3<double>& point, const CellHit& hit) {
   for (std::size_t axis = 0; axis < 3; ++axis)
     m_collected.push_back(static_cast<float>(point[axis]));

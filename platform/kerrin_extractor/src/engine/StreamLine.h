@@ -24,6 +24,8 @@ public:
   /// content, under new time stamps.
   void clear();
   void add(const KbVec3<double>& point, const CellHit& hit);
+  /// Whether the last of the collected points is no other than this one.
+  bool endsAt(const KbVec3<double>& point) const;
   void finish();
   void commit(const InputAddress& input);
 

@@ -123,6 +123,7 @@ void StreamTracer::goToBorder(State& state, double duration, StreamLine& line) c
   }
   if (inside == 0.0) return;
   const Vec3 last = state.point + state.velocity * inside;
+  if (line.endsAt(last)) return;
   state.hit.cell = CellHit::NO_CELL;
   if (sample(last, state, velocity)) line.add(last, state.hit);
 }
