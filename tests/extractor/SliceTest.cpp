@@ -115,6 +115,15 @@ TEST(PlaneSlice, OnALayerOfFacesTheAreaComesOnce) {
   });
 }
 
+TEST(PlaneSlice, FacesOfTheHullShowWhereTheNormalPointsIntoTheCells) {
+  forPlanes(4, [](auto& extractor) {
+    EXPECT_NEAR(Surface(extractor.extract({0, 0, 1}, 0.0, nullptr)).area(), 1.0, 1e-6);
+    EXPECT_EQ(extractor.extract({0, 0, -1}, 0.0, nullptr).getTopology().getNumCells(), 0u);
+    EXPECT_EQ(extractor.extract({0, 0, 1}, 1.0, nullptr).getTopology().getNumCells(), 0u);
+    EXPECT_NEAR(Surface(extractor.extract({0, 0, -1}, -1.0, nullptr)).area(), 1.0, 1e-6);
+  });
+}
+
 TEST(PlaneSlice, NothingIsDoneTwice) {
   forPlanes(4, [](auto& extractor) {
     const std::size_t stamp = extractor.extract({1, 2, 3}, 0.9, nullptr).getTopology().getTimeStamp();

@@ -18,7 +18,8 @@ namespace kx {
 /// Cuts a volume mesh by a curtain.
 ///
 /// Each segment cuts the cells by its plane, with the rule of the isosurfaces for the segments on their faces, and each
-/// polygon is clipped to what lies between the lines through the segment's two ends (the joints). Around a joint the
+/// polygon is clipped (Sutherland and Hodgman 1974, Reentrant polygon clipping) to what lies between the lines through
+/// the segment's two ends (the joints). Around a joint the
 /// faces are cut triangle by triangle, so that the planes of both segments pierce a triangle at one point: the vertex
 /// that their polygons share. Whether a cut edge lies before, at or behind a joint is asked by the edge and the joint
 /// alone, so that all cells and both segments get the same answer and no gap is left.

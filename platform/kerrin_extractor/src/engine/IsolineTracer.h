@@ -22,7 +22,8 @@ struct Isoline : Output<LineMesh> {
   }
 };
 
-/// Traces the lines of a scalar field on the faces of a surface mesh, for all values at once.
+/// Traces the lines of a scalar field on the faces of a surface mesh, for all values at once: cell by cell (marching
+/// squares, the plane form of Lorensen and Cline 1987), vertices joined by their edges.
 ///
 /// The first pass cuts the cells in chunks, where nodes and values are at hand, and numbers the vertices of each chunk
 /// and value by their edges; of each vertex and segment it keeps eight bytes. On the way it keeps, one byte each, the

@@ -5,7 +5,7 @@
 
 namespace kx {
 
-/// normal . p = distance, with the normal brought to length 1.
+/// The plane across a normal of any length, at a distance from the origin.
 class PlaneFunction final : public SpaceFunction<PlaneFunction> {
 public:
   PlaneFunction(const KbVec3<double>& normal, double distance)

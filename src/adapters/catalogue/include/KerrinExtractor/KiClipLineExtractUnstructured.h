@@ -8,7 +8,8 @@
 
 #include <vector>
 
-/// The section of a surface mesh by a plane or by a curtain over a polyline, as lines.
+/// The section of a surface mesh by a plane (through normal / |normal| * distance) or by a curtain over a polyline, as
+/// lines. A plane in which edges lie shows those of the faces on the side that the normal points to.
 class KERRIN_EXTRACTOR_API KiClipLineExtractUnstructured : public KiLineExtractorI<const KbVec3<double>&, double> {
 public:
   /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear

@@ -9,7 +9,8 @@
 #include <KerrinExtractor/KiVolumeMeshRegular.h>
 #include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
 
-/// The section by an infinite cylinder (a point of the axis, radius, direction of the axis).
+/// The section by an infinite cylinder (a point of the axis, radius, direction of the axis, of any length). A radius
+/// that is not greater than 0, a direction without length, or numbers that are not finite, yield nothing and a message.
 class KERRIN_EXTRACTOR_API KiCylinderSliceExtractIjk
     : public KiSurfaceExtractorIjk<const KbVec3<double>&, double, const KbVec3<double>&> {
 public:

@@ -8,7 +8,7 @@
 
 /// The surface on which a scalar set has one value: the boundary of the region where the value is at least the
 /// isovalue; normals point out of that region. `PER_CELL` sets are averaged to the nodes first. Cells around a NaN
-/// value yield nothing.
+/// value yield nothing. An isovalue that is not finite yields nothing and a message.
 class KERRIN_EXTRACTOR_API KiIsosurfExtractHexahedronIjk
     : public KiSurfaceExtractorHexahedronIjk<double, const KiDataSetIjk<double>&> {
 public:

@@ -7,7 +7,7 @@
 #include <KerrinExtractor/KiVolumeMeshCurvilinear.h>
 
 /// The layer of faces at the lower or upper side of the cells of one layer: axis, index of the layer, and whether
-/// the side is the upper one. Faults stay open.
+/// the side is the upper one. Faults stay open. An index behind the last layer yields nothing.
 class KERRIN_EXTRACTOR_API KiLogicalSliceExtractCurvilinear
     : public KiSurfaceExtractorIjk<KiMesh::Dimension, std::size_t, bool> {
 public:

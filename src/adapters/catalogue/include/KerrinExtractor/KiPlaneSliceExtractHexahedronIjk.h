@@ -6,8 +6,9 @@
 #include <KerrinExtractor/KiTessellator.h>
 #include <KerrinExtractor/KiVolumeMeshHexahedronIjk.h>
 
-/// The section by the plane of the points p with normal . p = distance; the normal need not have length 1 (distance
-/// scales with it: the plane holds the point normal / |normal| * distance).
+/// The section by the plane through normal / |normal| * distance, across the normal. A plane in which faces of cells
+/// lie shows those of the cells on the side that the normal points to, so that a face between two cells counts once.
+/// A normal without length, or numbers that are not finite, yield nothing and a message.
 class KERRIN_EXTRACTOR_API KiPlaneSliceExtractHexahedronIjk
     : public KiSurfaceExtractorHexahedronIjk<const KbVec3<double>&, double> {
 public:

@@ -6,8 +6,9 @@
 #include <KerrinExtractor/KiTessellator.h>
 #include <KerrinExtractor/KiVolumeMeshHexahedronIjk.h>
 
-/// The faces that belong to exactly one live, accepted cell of the cell ranges. Where neighbours do not match (a
-/// fault) both faces stay.
+/// The faces that belong to exactly one live, accepted cell of the cell ranges. Cells are neighbours by their indices:
+/// where the faces between two neighbours do not match (a fault) both stay, and so do those on the two sides of a seam
+/// where the index box is bent until it meets itself.
 class KERRIN_EXTRACTOR_API KiSkinExtractHexahedronIjk : public KiSurfaceExtractorHexahedronIjk<> {
 public:
   /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear

@@ -9,7 +9,8 @@
 #include <KerrinExtractor/KiVolumeMeshRegular.h>
 #include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
 
-/// The section by a sphere (centre, radius).
+/// The section by a sphere (centre, radius). A radius that is not greater than 0, or numbers that are not finite, yield
+/// nothing and a message.
 class KERRIN_EXTRACTOR_API KiSphereSliceExtractIjk : public KiSurfaceExtractorIjk<const KbVec3<double>&, double> {
 public:
   /// A new extractor on a mesh, owned by the caller; the mesh must outlive it. A null tessellator takes non-linear

@@ -6,7 +6,8 @@
 #include <KerrinExtractor/KiTessellator.h>
 #include <KerrinExtractor/KiVolumeMeshUnstructured.h>
 
-/// The section by a sphere (centre, radius).
+/// The section by a sphere (centre, radius). A radius that is not greater than 0, or numbers that are not finite, yield
+/// nothing and a message.
 class KERRIN_EXTRACTOR_API KiSphereSliceExtractUnstructured
     : public KiSurfaceExtractorI<const KbVec3<double>&, double> {
 public:
