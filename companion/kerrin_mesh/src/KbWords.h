@@ -11,8 +11,13 @@
 
 namespace kx {
 
-/// A word of a file for a message.
-inline std::string inQuotes(std::string_view word) { return std::string("'").append(word.substr(0, 40)).append("'"); }
+/// The start of a word of a file for a message, with question marks for what can't be printed.
+inline std::string inQuotes(std::string_view word) {
+  std::string text(word.substr(0, 40));
+  for (char& c : text)
+    c = c < ' ' || c > '~' ? '?' : c;
+  return "'" + text + "'";
+}
 
 /// Walks the words of a text.
 class Words {

@@ -80,7 +80,8 @@ private:
 /// Reads a mesh from a file; the kind of file is told from its extension.
 ///
 /// - `.grdecl`: corner-point grids (SPECGRID or DIMENS, COORD, ZCORN, ACTNUM, MAPAXES, INCLUDE, and a set per cell for
-///   each keyword with one number a cell); z is the depth of the file.
+///   each keyword with one number a cell, in any order); z is the depth of the file. What follows a word that is no
+///   keyword is left out up to a line with a known one. Repeat counts may stand for 2^29 values in all.
 /// - where this library was built with VTK: `.vtk` (legacy), `.vtu`, `.vti`, `.vtr`, `.vts`, `.vtp`, `.ply`, `.obj`,
 /// `.stl`
 ///   and `.inp` (AVS UCD). The cells of the highest dimension make the mesh. Cells that are blanked or ghosts are dead.
