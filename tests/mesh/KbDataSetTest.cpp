@@ -110,6 +110,23 @@ TEST(KbDataSet, Strings) {
   EXPECT_FALSE(set.getRawArray(KiRawArrays::VALUES));
 }
 
+TEST(KbDataSet, StringsOfStructuredMeshes) {
+  const std::vector<std::string> names{"a", "b", "c", "d", "e", "f", "g", "h"};
+  const KbStringSetIj flat("rock", DataBinding::PER_NODE, names, {2, 4});
+  EXPECT_EQ(flat.get(1, 2), "f");
+  EXPECT_EQ(flat.getCounts(), (KbIndex<2>{2, 4}));
+  const KbStringSetIjk solid("rock", DataBinding::PER_CELL, names, {2, 2, 2});
+  const KiDataSetIjk<std::string>& set = solid;
+  EXPECT_EQ(set.get(0, 1, 1), "g");
+  EXPECT_EQ(set.get(0, 0, 2), "") << "out of range";
+  EXPECT_EQ(set.getMin(), "");
+
+  const Messages messages;
+  const KbStringSetIjk empty("rock", DataBinding::PER_CELL, names, {2, 2, 3});
+  EXPECT_EQ(messages.only(), "KbDataSet::KbDataSet: data set \"rock\" has 8 values instead of 2 x 2 x 3");
+  EXPECT_EQ(empty.get(0, 0, 0), "");
+}
+
 TEST(KbDataSet, WrongSizesGiveAnEmptySet) {
   const std::vector<double> values(7, 1.0);
   {

@@ -331,6 +331,40 @@ TEST(KbReadByVtk, LegacyFilesKeepAllArrays) {
   EXPECT_EQ(nodesOf(*topology.getCell(0)), (Nodes{0, 1, 3, 2, 4, 5, 7, 6}));
 }
 
+TEST(KbReadByVtk, StringsOfStructuredMeshes) {
+  const auto names = [](int size) {
+    auto array = vtkSmartPointer<vtkStringArray>::New();
+    array->SetName("name");
+    for (int n = 0; n < size; ++n)
+      array->InsertNextValue(std::to_string(n));
+    return array;
+  };
+  vtkNew<vtkImageData> image;
+  image->SetDimensions(3, 3, 3);
+  image->GetCellData()->AddArray(names(8));
+  const KbMeshFile solid = KbReadMesh(writeXml(image, "names.vti"));
+  const auto* perCell = solid.getSet<KiDataSetIjk<std::string>>("name");
+  ASSERT_NE(perCell, nullptr) << solid.getError();
+  EXPECT_EQ(perCell->get(1, 0, 1), "5");
+  EXPECT_EQ(solid.findSet("name")->numComponents, 0u);
+
+  vtkNew<vtkImageData> sheet;
+  sheet->SetDimensions(3, 2, 1);
+  sheet->GetPointData()->AddArray(names(6));
+  const KbMeshFile flat = KbReadMesh(writeXml(sheet, "sheet.vti"));
+  const auto* perNode = flat.getSet<KiDataSetIj<std::string>>("name", DataBinding::PER_NODE);
+  ASSERT_NE(perNode, nullptr) << flat.getError();
+  EXPECT_EQ(perNode->get(2, 1), "5");
+
+  vtkNew<vtkImageData> rod;
+  rod->SetDimensions(1, 1, 4);
+  rod->GetPointData()->AddArray(names(4));
+  const KbMeshFile line = KbReadMesh(writeXml(rod, "rod.vti"));
+  const auto* alongRod = line.getSet<KiDataSetI<std::string>>("name");
+  ASSERT_NE(alongRod, nullptr) << line.getError();
+  EXPECT_EQ(alongRod->get(3), "3");
+}
+
 TEST(KbReadByVtk, BadFilesGiveOneLineAndKeepQuiet) {
   const auto folder = outputFolder("vtk_bad");
   for (const char* name : {"a.vtk", "a.vtu", "a.vti", "a.ply", "a.stl", "a.inp", "a.obj"}) {

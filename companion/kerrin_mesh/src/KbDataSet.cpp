@@ -150,3 +150,5 @@ template class KbDataSetBase<KbVec3<double>, 1>;
 template class KbDataSetBase<KbVec3<double>, 2>;
 template class KbDataSetBase<KbVec3<double>, 3>;
 template class KbDataSetBase<std::string, 1>;
+template class KbDataSetBase<std::string, 2>;
+template class KbDataSetBase<std::string, 3>;

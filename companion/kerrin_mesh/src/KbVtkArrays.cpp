@@ -71,14 +71,12 @@ void addSet(vtkAbstractArray& array, DataBinding binding, const KbIndex<N>& coun
       content.addSet<KbVec3<double>, N>(name, binding, values, counts);
     return;
   }
-  if constexpr (N == 1) {
-    if (auto* texts = vtkStringArray::SafeDownCast(&array); texts && components == 1) {
-      std::vector<std::string> values(counts[0]);
-      for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = texts->GetValue(sources.empty() ? static_cast<vtkIdType>(i) : static_cast<vtkIdType>(sources[i]));
-      content.addSet<std::string, 1>(name, binding, content.keep(std::move(values)), counts);
-      return;
-    }
+  if (auto* texts = vtkStringArray::SafeDownCast(&array); texts && components == 1) {
+    std::vector<std::string> values(KbProduct(counts));
+    for (std::size_t i = 0; i < values.size(); ++i)
+      values[i] = texts->GetValue(sources.empty() ? static_cast<vtkIdType>(i) : static_cast<vtkIdType>(sources[i]));
+    content.addSet<std::string, N>(name, binding, content.keep(std::move(values)), counts);
+    return;
   }
   content.notes.push_back(what + "left out: " + std::to_string(components) + " components of type " +
                           array.GetDataTypeAsString());

@@ -49,3 +49,5 @@ using KbVec3SetI = KbDataSet<KbVec3<double>, 1>;
 using KbVec3SetIj = KbDataSet<KbVec3<double>, 2>;
 using KbVec3SetIjk = KbDataSet<KbVec3<double>, 3>;
 using KbStringSetI = KbDataSet<std::string, 1>;
+using KbStringSetIj = KbDataSet<std::string, 2>;
+using KbStringSetIjk = KbDataSet<std::string, 3>;

@@ -83,3 +83,5 @@ extern template class KERRIN_MESH_API KbDataSetBase<KbVec3<double>, 1>;
 extern template class KERRIN_MESH_API KbDataSetBase<KbVec3<double>, 2>;
 extern template class KERRIN_MESH_API KbDataSetBase<KbVec3<double>, 3>;
 extern template class KERRIN_MESH_API KbDataSetBase<std::string, 1>;
+extern template class KERRIN_MESH_API KbDataSetBase<std::string, 2>;
+extern template class KERRIN_MESH_API KbDataSetBase<std::string, 3>;
