@@ -67,13 +67,27 @@ protected:
   std::size_t node(std::size_t i, std::size_t j, std::size_t k) const {
     return i + nodeCounts[0] * (j + nodeCounts[1] * k);
   }
-  void setCells(std::size_t count) {
-    numCells = count;
-    for (std::size_t c = 0; c < count; ++c) {
+  std::vector<std::size_t> latticeCell(std::size_t i, std::size_t j, std::size_t k) const {
+    std::vector<std::size_t> corners;
+    for (const auto& o : OFFSETS)
+      corners.push_back(node(i + static_cast<std::size_t>(o[0]), j + static_cast<std::size_t>(o[1]),
+                             k + static_cast<std::size_t>(o[2])));
+    return corners;
+  }
+  void addLatticeCells() {
+    for (std::size_t k = 0; k < options.counts[2]; ++k)
+      for (std::size_t j = 0; j < options.counts[1]; ++j)
+        for (std::size_t i = 0; i < options.counts[0]; ++i)
+          cells.push_back(latticeCell(i, j, k));
+    numberCells();
+  }
+  /// Once all cells are there.
+  void numberCells() {
+    for (std::size_t c = 0; c < cells.size(); ++c) {
       cellValues.push_back(static_cast<float>(c));
       for (int axis = 0; axis < 3; ++axis)
         cellVectors.push_back(static_cast<float>(c));
-      if (options.firstDeadCell < count) dead.push_back(c >= options.firstDeadCell);
+      if (options.firstDeadCell < cells.size()) dead.push_back(c >= options.firstDeadCell);
     }
   }
 
@@ -165,21 +179,21 @@ public:
       for (std::size_t j = 0; j < o.counts[1]; ++j)
         for (std::size_t i = 0; i < o.counts[0]; ++i)
           addLatticeCell(i, j, k);
-    this->setCells(m_shapes.size());
-    CellArrays<Index> cells;
-    cells.connectivity = m_connectivity;
-    cells.numCells = m_shapes.size();
-    cells.numNodes = this->values.size();
-    cells.dead = this->dead;
+    this->numberCells();
+    CellArrays<Index> arrays;
+    arrays.connectivity = m_connectivity;
+    arrays.numCells = m_shapes.size();
+    arrays.numNodes = this->values.size();
+    arrays.dead = this->dead;
     m_uniformShape.assign(1, C == Cells::TETRAHEDRA ? KiVolumeCell::TETRAHEDRON : KiVolumeCell::HEXAHEDRON);
     if (C == Cells::MIXED) {
-      cells.offsets = m_offsets;
-      cells.shapes = m_shapes;
-      cells.facets = m_facets;
+      arrays.offsets = m_offsets;
+      arrays.shapes = m_shapes;
+      arrays.facets = m_facets;
     } else {
-      cells.shapes = m_uniformShape;
+      arrays.shapes = m_uniformShape;
     }
-    this->finish(std::make_unique<UnstructuredMesh<A, Index, float>>(this->coordinates, std::move(cells)));
+    this->finish(std::make_unique<UnstructuredMesh<A, Index, float>>(this->coordinates, std::move(arrays)));
   }
 
 private:
@@ -189,12 +203,10 @@ private:
     m_offsets.push_back(static_cast<Index>(m_connectivity.size()));
     m_shapes.push_back(static_cast<std::uint8_t>(shape));
     m_facets.emplace_back();
+    this->cells.push_back(ids);
   }
   void addLatticeCell(std::size_t i, std::size_t j, std::size_t k) {
-    std::vector<std::size_t> h;
-    for (const auto& o : OFFSETS)
-      h.push_back(this->node(i + static_cast<std::size_t>(o[0]), j + static_cast<std::size_t>(o[1]),
-                             k + static_cast<std::size_t>(o[2])));
+    const std::vector<std::size_t> h = this->latticeCell(i, j, k);
     if (C == Cells::HEXAHEDRA) {
       add(KiVolumeCell::HEXAHEDRON, h);
     } else if (C == Cells::TETRAHEDRA) {
@@ -240,14 +252,10 @@ class HexahedronSubject final
 public:
   explicit HexahedronSubject(const SubjectOptions& o)
       : ExtractingSubject<A, KiIsosurfExtractHexahedronIjk, HexahedronIjkMesh<A, float>>(o, Warp::ALL) {
-    for (std::size_t k = 0; k < o.counts[2]; ++k)
-      for (std::size_t j = 0; j < o.counts[1]; ++j)
-        for (std::size_t i = 0; i < o.counts[0]; ++i)
-          for (const auto& f : OFFSETS)
-            m_connectivity.push_back(static_cast<std::int32_t>(this->node(i + static_cast<std::size_t>(f[0]),
-                                                                          j + static_cast<std::size_t>(f[1]),
-                                                                          k + static_cast<std::size_t>(f[2]))));
-    this->setCells(m_connectivity.size() / 8);
+    this->addLatticeCells();
+    for (const std::vector<std::size_t>& cell : this->cells)
+      for (const std::size_t id : cell)
+        m_connectivity.push_back(static_cast<std::int32_t>(id));
     this->finish(
         std::make_unique<HexahedronIjkMesh<A, float>>(o.counts, this->coordinates, m_connectivity, this->dead));
   }
@@ -261,7 +269,7 @@ class CornerSubject final : public ExtractingSubject<A, KiIsosurfExtractIjk, Cor
 public:
   explicit CornerSubject(const SubjectOptions& o)
       : ExtractingSubject<A, KiIsosurfExtractIjk, CornerMesh>(o, Warp::ALL) {
-    this->setCells(o.counts[0] * o.counts[1] * o.counts[2]);
+    this->addLatticeCells();
     this->finish(std::make_unique<CornerMesh>(
         o.counts,
         [this](std::size_t i, std::size_t j, std::size_t k, std::size_t c) {
@@ -278,7 +286,7 @@ class RegularSubject final : public ExtractingSubject<A, KiIsosurfExtractIjk, Re
 public:
   explicit RegularSubject(const SubjectOptions& o)
       : ExtractingSubject<A, KiIsosurfExtractIjk, RegularMesh<A>>(o, Warp::NONE) {
-    this->setCells(o.counts[0] * o.counts[1] * o.counts[2]);
+    this->addLatticeCells();
     this->finish(std::make_unique<RegularMesh<A>>(o.counts, KbVec3<double>(0.0),
                                                   KbVec3<double>(o.leftHanded ? -1.0 : 1.0, 1.0, 1.0), this->dead));
   }
@@ -289,7 +297,7 @@ class RectilinearSubject final : public ExtractingSubject<A, KiIsosurfExtractIjk
 public:
   explicit RectilinearSubject(const SubjectOptions& o)
       : ExtractingSubject<A, KiIsosurfExtractIjk, RectilinearMesh<A>>(o, Warp::AXES) {
-    this->setCells(o.counts[0] * o.counts[1] * o.counts[2]);
+    this->addLatticeCells();
     std::array<std::vector<double>, 3> axes;
     for (std::size_t i = 0; i < this->nodeCounts[0]; ++i)
       axes[0].push_back(this->nodes[this->node(i, 0, 0)][0]);
@@ -306,7 +314,7 @@ class CurvilinearSubject final : public ExtractingSubject<A, KiIsosurfExtractIjk
 public:
   explicit CurvilinearSubject(const SubjectOptions& o)
       : ExtractingSubject<A, KiIsosurfExtractIjk, CurvilinearMesh<A, float>>(o, Warp::ALL) {
-    this->setCells(o.counts[0] * o.counts[1] * o.counts[2]);
+    this->addLatticeCells();
     this->finish(std::make_unique<CurvilinearMesh<A, float>>(o.counts, this->coordinates, this->dead));
   }
 };

@@ -41,7 +41,7 @@ public:
   std::vector<float> cellVectors;
   std::vector<KbVec3<double>> nodes; ///< what `values` were computed from, before rounding
   std::vector<std::uint8_t> dead;
-  std::size_t numCells = 0;
+  std::vector<std::vector<std::size_t>> cells; ///< the nodes of each
 };
 
 struct SubjectOptions {
