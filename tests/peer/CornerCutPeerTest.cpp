@@ -1,38 +1,24 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Plane slices and fences of corner-point grids against areas and means that VTK computed from their active cells.
-#include "extractor/PickTestTools.h"
+#include "peer/PeerFile.h"
+#include "peer/PeerMeasures.h"
 
 #include <KerrinExtractor/KiFenceSliceExtractIjk.h>
 #include <KerrinExtractor/KiPlaneSliceExtractIjk.h>
-#include <KerrinMesh/KbMeshFile.h>
-
-#include <nlohmann/json.hpp>
+#include <KerrinExtractor/KiVolumeMeshVertexHexahedronIjk.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <memory>
 
 namespace {
 
-using pick::Vec3;
+using namespace peer;
 
-std::string dataDirectory() {
-  const char* fromEnvironment = std::getenv("KERRIN_DATA_DIR");
-  return fromEnvironment ? fromEnvironment : KERRIN_DATA_DIR;
-}
-
-Vec3 vectorOf(const nlohmann::json& numbers) { return {numbers[0], numbers[1], numbers[2]}; }
-
-class CornerCutPeer : public testing::TestWithParam<const char*> {
+class CornerCutPeer : public PeerTest<> {
 protected:
   void SetUp() override {
-    std::ifstream stream(dataDirectory() + "/reference.json");
-    if (!stream) GTEST_SKIP() << "no reference.json in " << dataDirectory();
-    slices = nlohmann::json::parse(stream)["datasets"][GetParam()]["slices_of_active_cells"];
-    ASSERT_GT(slices.size(), 5u);
-    file = KbReadMesh(dataDirectory() + "/" + GetParam());
-    ASSERT_TRUE(file) << file.getError();
+    PeerTest::SetUp();
+    if (!file) return;
+    ASSERT_GT(reference["slices_of_active_cells"].size(), 5u);
     mesh = dynamic_cast<const KiVolumeMeshVertexHexahedronIjk*>(file.getMesh());
     porosity = file.getSet<KiDataSetIjk<double>>("PORO", DataBinding::PER_CELL);
     ASSERT_TRUE(mesh && porosity);
@@ -40,28 +26,20 @@ protected:
   /// Cuts each plane by `cut(e, normal, origin)` and compares.
   template <class Extractor, class Cut>
   void compare(Extractor& e, const Cut& cut) {
-    for (const nlohmann::json& slice : slices) {
+    for (const Json& slice : reference["slices_of_active_cells"]) {
       SCOPED_TRACE(slice["plane"].get<std::string>());
       const Vec3 normal = vectorOf(slice["normal"]).normalized();
-      const pick::Surface s(cut(e, normal, vectorOf(slice["origin"])));
+      const Surface s(cut(e, normal, vectorOf(slice["origin"])));
       const KeXDataSetI<double>* values = e.extractScalarSet(*porosity);
       ASSERT_TRUE(values);
       ASSERT_EQ(values->getSize(), s.polygons.size());
-      double area = 0.0;
-      double sum = 0.0;
-      for (std::size_t p = 0; p < s.polygons.size(); ++p) {
-        const double part = s.vectorArea(p).length();
-        area += part;
-        sum += part * values->get(p);
-      }
-      const double expected = slice["area"];
-      EXPECT_NEAR(area, expected, 2e-3 * expected);
-      EXPECT_NEAR(sum / area, slice["mean_of_PORO"].get<double>(), 5e-3 * (porosity->getMax() - porosity->getMin()));
+      const Measures ours(s, values);
+      const double area = slice["area"];
+      ours.expectArea(area, 2e-3 * area);
+      EXPECT_NEAR(ours.mean(), slice["mean_of_PORO"].get<double>(), 5e-3 * (porosity->getMax() - porosity->getMin()));
     }
   }
 
-  nlohmann::json slices;
-  KbMeshFile file;
   const KiVolumeMeshVertexHexahedronIjk* mesh = nullptr;
   const KiDataSetIjk<double>* porosity = nullptr;
 };
@@ -90,9 +68,6 @@ TEST_P(CornerCutPeer, StraightFencesHaveAreaAndMean) {
 
 INSTANTIATE_TEST_SUITE_P(CornerPoints, CornerCutPeer,
                          testing::Values("cpgrid_dome.grdecl", "cpgrid_emerald_hole.grdecl", "cpgrid_pillar.grdecl"),
-                         [](const auto& parameter) {
-                           const std::string name = parameter.param;
-                           return name.substr(0, name.find('.'));
-                         });
+                         nameOf<const char*>);
 
 } // namespace
