@@ -10,7 +10,7 @@
 namespace kx {
 
 /// Contiguous plain values that several threads fill at known offsets: a resize neither initialises nor keeps the
-/// content, and memory is reused as long as it is not more than four times too large.
+/// content, and memory is reused as long as at least three quarters of it are needed.
 template <class T>
 class Array final : public KiBuffer {
 public:
@@ -23,7 +23,7 @@ public:
   Array& operator=(const Array&) = delete;
 
   void resize(std::size_t size) {
-    if (size > m_capacity || size < m_capacity / 4) {
+    if (size > m_capacity || size < m_capacity / 4 * 3) {
       m_values.reset(); // before the new block, so that both never exist together
       m_capacity = 0;
       m_size = 0;

@@ -357,6 +357,7 @@ void EdgePolygoniser::cut(Job& job, SurfaceParts<Id>& parts) {
   job.output.indices.resize(sizes.numIndices);
   job.output.inputCells.resize(sizes.numPolygons, job.mesh.numCells);
   writePolygons(job, parts);
+  parts.reset(0, 0, 0);
 }
 
 template <class Id>

@@ -35,7 +35,7 @@ void SurfaceParts<Id>::Builder::makeRoom(std::size_t numEdges) {
 template <class Id>
 void SurfaceParts<Id>::Builder::closePart() {
   if (m_numPolygons == 0) return;
-  Part& part = m_parts.m_chunks[m_chunk].next();
+  Part& part = m_parts.m_chunks[m_chunk].emplace_back();
   part.firstCell = m_firstCell;
   part.edges.assign(m_edges.data(), m_edges.data() + m_numEdges);
   part.indices.assign(m_indices.data(), m_indices.data() + m_numIndices);
@@ -55,9 +55,9 @@ void SurfaceParts<Id>::reset(std::size_t numChunks, std::size_t beginId, std::si
   constexpr std::size_t MAX_BLOCKS = 1024;
   constexpr unsigned MIN_BLOCK_SHIFT = 10;
   m_parts.clear();
+  m_vertices.clear();
+  m_chunks.clear();
   m_chunks.resize(numChunks);
-  for (Chunk& chunk : m_chunks)
-    chunk.numUsed = 0;
   m_beginId = beginId;
   m_blockShift = MIN_BLOCK_SHIFT;
   while ((endId - beginId) >> m_blockShift >= MAX_BLOCKS)
@@ -69,9 +69,8 @@ template <class Id>
 auto SurfaceParts<Id>::close() -> Sizes {
   m_begins.clear();
   Sizes sum;
-  for (Chunk& chunk : m_chunks) {
-    for (std::size_t number = 0; number < chunk.numUsed; ++number) {
-      Part& part = chunk.parts[number];
+  for (std::vector<Part>& chunk : m_chunks) {
+    for (Part& part : chunk) {
       m_parts.push_back(&part);
       m_begins.push_back(sum);
       sum.numEdges += part.edges.size();

@@ -89,7 +89,7 @@ public:
     std::size_t m_numPolygons = 0;
   };
 
-  /// Drops all parts. Node ids lie in [beginId, endId).
+  /// Drops all parts and their memory. Node ids lie in [beginId, endId).
   void reset(std::size_t numChunks, std::size_t beginId, std::size_t endId);
 
   /// Sums of all parts, once they are built.
@@ -126,14 +126,7 @@ private:
   std::pair<Id, Id> ownRange(std::size_t number) const;
   std::size_t blockOf(const Edge& edge) const { return (edge.a - m_beginId) >> m_blockShift; }
 
-  /// The parts of a chunk, whose memory is kept for the next time.
-  struct Chunk {
-    std::vector<Part> parts;
-    std::size_t numUsed = 0;
-    Part& next() { return numUsed++ < parts.size() ? parts[numUsed - 1] : parts.emplace_back(); }
-  };
-
-  std::vector<Chunk> m_chunks;
+  std::vector<std::vector<Part>> m_chunks; ///< the parts of each chunk
   std::vector<Part*> m_parts;
   std::vector<Sizes> m_begins;
   std::size_t m_beginId = 0;
