@@ -64,6 +64,14 @@ void expectSame(const Mesh& mesh) {
     ASSERT_EQ(mesh.getGeometry().getCoord(n), rawPoint(mesh.getGeometry(), n));
 }
 
+// What would be gone before the first use is refused by the compiler.
+static_assert(std::is_constructible_v<KbArray, const std::array<double, 3>&>);
+static_assert(!std::is_constructible_v<KbArray, std::array<double, 3>>);
+static_assert(!std::is_constructible_v<KbArray, std::vector<double>>);
+static_assert(std::is_constructible_v<KbSpan<int>, const std::array<int, 3>&>);
+static_assert(!std::is_constructible_v<KbSpan<int>, std::array<int, 3>>);
+static_assert(!std::is_constructible_v<KbSpan<int>, std::vector<int>>);
+
 TEST(KbRawArrays, UnstructuredVolumes) {
   for (const auto make : {KbMeshMaker::mixed, KbMeshMaker::tetrahedra}) {
     const Arrays arrays = make({4, 3, 5}, 0.03, KbMeshMaker::wave);

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <thread>
 
 namespace {
 
@@ -227,6 +228,36 @@ TEST(KbReadMesh, FilesThatAreNone) {
   EXPECT_FALSE(nothing);
   EXPECT_EQ(nothing.getMeshTypeName(), "no mesh");
   EXPECT_TRUE(nothing.getSets().empty());
+}
+
+TEST(KbReadMesh, WhatWasMovedFromHasNothing) {
+  KbMeshFile file = readGrid("moved", "MAPAXES\n 1 2 3 4 5 6 /\n", "PORO\n 1 2 /\n");
+  const KbMeshFile other = std::move(file);
+  EXPECT_TRUE(hasValues(other, "PORO", 1, 2));
+  EXPECT_FALSE(file); // NOLINT(bugprone-use-after-move): it is what is tested
+  EXPECT_EQ(file.getMesh(), nullptr);
+  EXPECT_EQ(file.getError(), "");
+  EXPECT_EQ(file.getMeshType(), 14);
+  EXPECT_EQ(file.getMeshTypeName(), "no mesh");
+  EXPECT_EQ(file.getNumCells() + file.getNumNodes() + file.getNumDeadCells(), 0u);
+  EXPECT_EQ(file.getMin(), file.getMax());
+  EXPECT_TRUE(file.getSets().empty() && file.getNotes().empty() && file.getMapAxes().empty());
+  EXPECT_EQ(file.findSet("PORO"), nullptr);
+  file = readGrid("moved", "", "");
+  EXPECT_TRUE(file) << file.getError();
+}
+
+TEST(KbReadMesh, FromSeveralThreads) {
+  const auto path = outputFolder("grdecl_threads") / "grid.grdecl";
+  writeText(path, grid + "PORO\n 1 2 /\n");
+  std::array<KbMeshFile, 8> files;
+  std::vector<std::thread> threads;
+  for (KbMeshFile& file : files)
+    threads.emplace_back([&file, &path] { file = KbReadMesh(path.string()); });
+  for (std::thread& thread : threads)
+    thread.join();
+  for (const KbMeshFile& file : files)
+    EXPECT_TRUE(hasValues(file, "PORO", 1, 2));
 }
 
 } // namespace

@@ -48,35 +48,39 @@ void read(const std::string& path, KbMeshFile::Content& content) {
 
 } // namespace
 
-KbMeshFile::KbMeshFile()
-    : m_content(std::make_unique<Content>()) {}
+KbMeshFile::KbMeshFile() = default;
 KbMeshFile::KbMeshFile(std::unique_ptr<Content> content)
     : m_content(std::move(content)) {}
 KbMeshFile::KbMeshFile(KbMeshFile&& other) noexcept = default;
 KbMeshFile& KbMeshFile::operator=(KbMeshFile&& other) noexcept = default;
 KbMeshFile::~KbMeshFile() = default;
 
-const std::string& KbMeshFile::getError() const { return m_content->error; }
-const std::vector<std::string>& KbMeshFile::getNotes() const { return m_content->notes; }
-const KiMesh* KbMeshFile::getMesh() const { return m_content->mesh.get(); }
-int KbMeshFile::getMeshType() const { return m_content->meshType; }
-std::string KbMeshFile::getMeshTypeName() const {
-  return getMesh() ? meshTypeNames[m_content->meshType] : std::string("no mesh");
+const KbMeshFile::Content& KbMeshFile::content() const {
+  static const Content nothing;
+  return m_content ? *m_content : nothing;
 }
-std::size_t KbMeshFile::getNumCells() const { return m_content->numCells; }
-std::size_t KbMeshFile::getNumDeadCells() const { return m_content->numDeadCells; }
-std::size_t KbMeshFile::getNumNodes() const { return m_content->numNodes; }
+
+const std::string& KbMeshFile::getError() const { return content().error; }
+const std::vector<std::string>& KbMeshFile::getNotes() const { return content().notes; }
+const KiMesh* KbMeshFile::getMesh() const { return content().mesh.get(); }
+int KbMeshFile::getMeshType() const { return content().meshType; }
+std::string KbMeshFile::getMeshTypeName() const {
+  return getMesh() ? meshTypeNames[content().meshType] : std::string("no mesh");
+}
+std::size_t KbMeshFile::getNumCells() const { return content().numCells; }
+std::size_t KbMeshFile::getNumDeadCells() const { return content().numDeadCells; }
+std::size_t KbMeshFile::getNumNodes() const { return content().numNodes; }
 KbVec3<double> KbMeshFile::getMin() const {
-  return m_content->geometry ? m_content->geometry->getMin() : KbVec3<double>();
+  return content().geometry ? content().geometry->getMin() : KbVec3<double>();
 }
 KbVec3<double> KbMeshFile::getMax() const {
-  return m_content->geometry ? m_content->geometry->getMax() : KbVec3<double>();
+  return content().geometry ? content().geometry->getMax() : KbVec3<double>();
 }
-const std::vector<KbMeshFile::Set>& KbMeshFile::getSets() const { return m_content->sets; }
-const std::vector<double>& KbMeshFile::getMapAxes() const { return m_content->mapAxes; }
+const std::vector<KbMeshFile::Set>& KbMeshFile::getSets() const { return content().sets; }
+const std::vector<double>& KbMeshFile::getMapAxes() const { return content().mapAxes; }
 
 const KbMeshFile::Set* KbMeshFile::findSet(const std::string& name, DataBinding binding) const {
-  for (const Set& set : m_content->sets) { // those per node come first
+  for (const Set& set : content().sets) { // those per node come first
     if (set.name == name && (binding == DataBinding::AUTO || set.binding == binding)) return &set;
   }
   return nullptr;

@@ -36,6 +36,8 @@ public:
   KbArray(const std::array<T, N>& values)
       : KbArray(values.data(), N) {}
   template <class T, std::size_t N>
+  KbArray(std::array<T, N>&&) = delete;
+  template <class T, std::size_t N>
   KbArray(const T (&values)[N])
       : KbArray(values + 0, N) {}
 

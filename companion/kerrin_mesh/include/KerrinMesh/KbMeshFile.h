@@ -11,7 +11,8 @@
 #include <string>
 #include <vector>
 
-/// A mesh read from a file, with its data sets. It owns them all.
+/// A mesh read from a file, with its data sets. It owns them all. One that was moved from is like one that was made
+/// without a file: it has nothing.
 ///
 ///     const KbMeshFile file = KbReadMesh("combustor.vtk");
 ///     if (!file) std::cerr << file.getError() << '\n';
@@ -34,7 +35,7 @@ public:
 
   /// Whether there is a mesh.
   explicit operator bool() const { return getMesh() != nullptr; }
-  /// Why there is none, in one line that names the file; empty when there is one.
+  /// Why there is none, in one line that names the file; empty when there is one, and when no file was read.
   const std::string& getError() const;
   /// What the file holds besides and could not be used, one line each.
   const std::vector<std::string>& getNotes() const;
@@ -74,7 +75,9 @@ public:
   const std::vector<double>& getMapAxes() const;
 
 private:
-  std::unique_ptr<Content> m_content;
+  const Content& content() const;
+
+  std::unique_ptr<Content> m_content; ///< null when there is nothing
 };
 
 /// Reads a mesh from a file; the kind of file is told from its extension.
@@ -82,14 +85,13 @@ private:
 /// - `.grdecl`: corner-point grids (SPECGRID or DIMENS, COORD, ZCORN, ACTNUM, MAPAXES, INCLUDE, and a set per cell for
 ///   each keyword with one number a cell, in any order); z is the depth of the file. What follows a word that is no
 ///   keyword is left out up to a line with a known one. Repeat counts may stand for 2^29 values in all.
-/// - where this library was built with VTK: `.vtk` (legacy), `.vtu`, `.vti`, `.vtr`, `.vts`, `.vtp`, `.ply`, `.obj`,
-/// `.stl`
-///   and `.inp` (AVS UCD). The cells of the highest dimension make the mesh. Cells that are blanked or ghosts are dead.
+/// - where this library was built with VTK: legacy files (`.vtk`), XML files (`.vtu`, `.vti`, `.vtr`, `.vts`, `.vtp`),
+///   `.ply`, `.obj`, `.stl` and `.inp` (AVS UCD). The cells of the highest dimension make the mesh. Cells that are
+///   blanked or ghosts are dead. VTK reads one file at a time, whatever threads ask.
 ///
 /// A damaged file gives an error or a note. There is a limit: VTK trusts some numbers within a file that are not looked
 /// at before, and ends the process where they lead out of memory. These are the sizes of faces of polyhedra, in `.vtk`
 /// and `.vtu` files, and all numbers of binary `.inp` files.
 ///
-/// Coordinates and values stay as the file has them, float or double; integers become float or double. Files are read
-/// one at a time, whatever thread asks.
+/// Coordinates and values stay as the file has them, float or double; integers become float or double.
 KERRIN_MESH_API KbMeshFile KbReadMesh(const std::string& path);

@@ -22,6 +22,8 @@ public:
       : m_data(values.data())
       , m_size(N) {}
   template <std::size_t N>
+  KbSpan(std::array<T, N>&&) = delete;
+  template <std::size_t N>
   constexpr KbSpan(const T (&values)[N])
       : m_data(values)
       , m_size(N) {}
