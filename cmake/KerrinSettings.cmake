@@ -29,7 +29,7 @@ if(KERRIN_SANITIZE)
   add_link_options(-fsanitize=${KERRIN_SANITIZE})
 endif()
 
-# Our own warnings; targets link it privately, so that it never reaches users of the installed package.
+# Our own warnings; targets link it privately, so that it never reaches users of the libraries.
 add_library(kerrin_warnings INTERFACE)
 target_compile_options(kerrin_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${KERRIN_WERROR}>:-Werror>)

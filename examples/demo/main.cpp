@@ -38,7 +38,6 @@ void run(const Options& options) {
   NxOffscreenRenderer renderer(NbViewportRegion(1024, 768));
   renderer.setBackgroundColor(NbColorRGBA(1.f, 1.f, 1.f, 1.f));
   renderer.setNumSamples(4);
-  renderer.setHeadlight(false); // the scene has lights of its own
   renderer.setHeadlight(false); // the graph has a light of its own
   if (!options.file.empty()) {
     const auto subject = readSubject(options);
