@@ -165,6 +165,35 @@ TEST_P(SurfaceContract, SetsOfNodesAndCellsAreMapped) {
   EXPECT_EQ(nodes->getTimeStamp(), stamp);
 }
 
+TEST_P(SurfaceContract, APolygonLiesInItsInputCell) {
+  const auto subject = make();
+  const KeXSurfaceMeshUnstructured& mesh = subject->extract();
+  const Surface s(mesh);
+  ASSERT_GT(s.polygons.size(), 0u);
+  for (std::size_t p = 0; p < s.polygons.size(); ++p) {
+    Vec3 low(2.0);
+    Vec3 high(-2.0);
+    for (const std::size_t node : nodesOf(*subject, inputCell(mesh, p, subject->counts())))
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        const auto x = static_cast<double>(subject->arrays().coordinates[3 * node + axis]);
+        low[axis] = std::min(low[axis], x);
+        high[axis] = std::max(high[axis], x);
+      }
+    Vec3 centre;
+    const auto expectInside = [&](const Vec3& point) {
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        EXPECT_GE(point[axis], low[axis] - 1e-6) << "polygon " << p;
+        EXPECT_LE(point[axis], high[axis] + 1e-6) << "polygon " << p;
+      }
+    };
+    for (const std::size_t v : s.polygons[p]) {
+      centre += s.vertices[v] / static_cast<double>(s.polygons[p].size());
+      if (!subject->isSampled()) expectInside(s.vertices[v]);
+    }
+    expectInside(centre);
+  }
+}
+
 TEST_P(SurfaceContract, AConstantStaysConstant) {
   const auto subject = make({{4, 3, 2}, false, {}});
   const KeXSurfaceMeshUnstructured& mesh = subject->extract();
