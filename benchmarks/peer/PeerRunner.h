@@ -58,9 +58,9 @@ std::vector<Case> pathsCases();
 std::vector<Case> skinCases();
 std::vector<Case> sliceCases();
 
-/// Cells a side of the meshes of growth tables, up to 64 million cells: more take hours with two cores, and hexahedra
-/// then fill 8 GiB while they are made, 32-bit and 64-bit. Tetrahedra, six a lattice cell, and quadrangles come to the
-/// same numbers of cells.
+/// Cells a side of the meshes of growth tables, up to 64 million cells on every kind: unstructured hexahedra take 6 GiB
+/// then, and twice as many would not fit into the memory of a usual machine. Tetrahedra, six a lattice cell, and
+/// quadrangles come to the same numbers of cells.
 inline const std::vector<std::size_t> cubeSizes{64, 96, 128, 192, 256, 400};
 inline const std::vector<std::size_t> tetrahedraSizes{35, 53, 70, 106, 141, 220};
 inline const std::vector<std::size_t> squareSizes{512, 941, 1448, 2660, 4096, 8000};
