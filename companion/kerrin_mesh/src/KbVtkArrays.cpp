@@ -82,6 +82,24 @@ void addSet(vtkAbstractArray& array, DataBinding binding, const KbIndex<N>& coun
                           array.GetDataTypeAsString());
 }
 
+bool isGhosts(vtkAbstractArray& array) {
+  return array.GetName() && std::string(array.GetName()) == vtkDataSetAttributes::GhostArrayName();
+}
+
+/// The ghost flags; null when there are none, or, with a note, when there is not one for each cell or point.
+vtkUnsignedCharArray* ghostsOf(vtkDataSetAttributes& arrays, vtkIdType count, const std::string& what,
+                               Content& content) {
+  for (int i = 0; i < arrays.GetNumberOfArrays(); ++i) {
+    vtkAbstractArray* array = arrays.GetAbstractArray(i);
+    if (!isGhosts(*array)) continue;
+    auto* flags = vtkUnsignedCharArray::SafeDownCast(array);
+    if (flags && flags->GetNumberOfValues() == count) return flags;
+    content.notes.push_back(what + " array '" + array->GetName() +
+                            "' left out: " + std::to_string(array->GetNumberOfTuples()) + " values");
+  }
+  return nullptr;
+}
+
 } // namespace
 
 namespace kx {
@@ -95,8 +113,7 @@ void addSets(vtkDataSet& data, const KbIndex<N>& numNodes, const KbIndex<N>& num
                                  const SourceCells& from) {
     for (int i = 0; i < arrays.GetNumberOfArrays(); ++i) {
       vtkAbstractArray* array = arrays.GetAbstractArray(i);
-      const bool isGhosts = array->GetName() && std::string(array->GetName()) == vtkDataSetAttributes::GhostArrayName();
-      if (!isGhosts) addSet(*array, binding, counts, from, content);
+      if (!isGhosts(*array)) addSet(*array, binding, counts, from, content);
     }
   };
   addAll(*data.GetPointData(), DataBinding::PER_NODE, numNodes, {});
@@ -107,11 +124,11 @@ template void addSets<1>(vtkDataSet&, const KbIndex<1>&, const KbIndex<1>&, cons
 template void addSets<2>(vtkDataSet&, const KbIndex<2>&, const KbIndex<2>&, const SourceCells&, Content&);
 template void addSets<3>(vtkDataSet&, const KbIndex<3>&, const KbIndex<3>&, const SourceCells&, Content&);
 
-std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data, const AddNodes& addNodes) {
-  vtkUnsignedCharArray* cellGhosts = data.GetCellGhostArray();
-  vtkUnsignedCharArray* pointGhosts = data.GetPointGhostArray();
+std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data, const AddNodes& addNodes, Content& content) {
+  vtkUnsignedCharArray* cellGhosts = ghostsOf(*data.GetCellData(), data.GetNumberOfCells(), "cell", content);
+  vtkUnsignedCharArray* pointGhosts = ghostsOf(*data.GetPointData(), data.GetNumberOfPoints(), "node", content);
   if (!cellGhosts && !pointGhosts) return {};
-  // Files may have fewer flags than cells or points.
+  // Cells may have nodes that don't exist.
   const auto isSet = [](vtkUnsignedCharArray* ghosts, std::int64_t at, int flags) {
     return ghosts && at >= 0 && at < ghosts->GetNumberOfValues() && (ghosts->GetValue(at) & flags) != 0;
   };

@@ -27,7 +27,7 @@ void addSets(vtkDataSet& data, const KbIndex<N>& numNodes, const KbIndex<N>& num
 using AddNodes = std::function<void(std::size_t cell, std::vector<std::int64_t>& nodes)>;
 
 /// One flag for each cell of the file that is blanked, a ghost, or has a blanked node; empty when there is none.
-std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data, const AddNodes& addNodes);
+std::vector<std::uint8_t> deadCellsOf(vtkDataSet& data, const AddNodes& addNodes, KbMeshFile::Content& content);
 
 /// The meshes; each fills `content`.
 void convertGrid(vtkDataSet& data, KbMeshFile::Content& content);

@@ -135,12 +135,13 @@ private:
     return m_content.makeMesh<KbLineMeshUnstructured>(10, coordinates, cells, dead);
   }
 
-  std::vector<std::uint8_t> deadCells() const {
-    return kx::deadCellsOf(m_data, [this](std::size_t cell, std::vector<std::int64_t>& nodes) {
+  std::vector<std::uint8_t> deadCells() {
+    const auto addNodes = [this](std::size_t cell, std::vector<std::int64_t>& nodes) {
       const kx::CellList::Nodes own = m_list.nodesOf(cell);
       for (std::size_t n = 0; n < own.size(); ++n)
         nodes.push_back(own[n]);
-    });
+    };
+    return kx::deadCellsOf(m_data, addNodes, m_content);
   }
 
   /// Whether a cell has the nodes that its kind takes.

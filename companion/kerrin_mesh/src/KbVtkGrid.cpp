@@ -101,7 +101,7 @@ void convert(vtkDataSet& data, const std::vector<int>& axes, const Dimensions& d
     data.GetCellPoints(static_cast<vtkIdType>(cell), ids);
     nodes.assign(ids->begin(), ids->end());
   };
-  if (std::vector<std::uint8_t> dead = kx::deadCellsOf(data, addNodes); !dead.empty())
+  if (std::vector<std::uint8_t> dead = kx::deadCellsOf(data, addNodes, content); !dead.empty())
     grid.dead = content.keep(std::move(dead));
   if (!makeMesh(data, grid, content)) return;
   content.setDeadCount(grid.dead);
@@ -118,8 +118,11 @@ std::string findFault(vtkDataSet& data, const Dimensions& dims) {
                             static_cast<std::size_t>(dims[2])};
   if (KbProduct(numNodes) > static_cast<std::size_t>(std::numeric_limits<std::int64_t>::max()))
     return "has too many nodes to be numbered: " + inWords(dims);
-  if (auto* structured = vtkStructuredGrid::SafeDownCast(&data); structured && !structured->GetPoints())
-    return "has no points";
+  if (auto* structured = vtkStructuredGrid::SafeDownCast(&data)) {
+    const vtkIdType size = structured->GetPoints() ? structured->GetPoints()->GetNumberOfPoints() : 0;
+    if (static_cast<std::size_t>(size) != KbProduct(numNodes))
+      return "has " + std::to_string(size) + " points and the dimensions " + inWords(dims);
+  }
   if (auto* rectilinear = vtkRectilinearGrid::SafeDownCast(&data)) {
     vtkDataArray* const positions[3] = {rectilinear->GetXCoordinates(), rectilinear->GetYCoordinates(),
                                         rectilinear->GetZCoordinates()};

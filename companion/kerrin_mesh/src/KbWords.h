@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -27,9 +28,14 @@ public:
 
   /// The next word, on whatever line; empty at the end.
   std::string_view next() {
-    m_rest.remove_prefix(std::min(m_rest.find_first_not_of(" \t\r\n\f\v"), m_rest.size()));
-    const std::string_view word = m_rest.substr(0, m_rest.find_first_of(" \t\r\n\f\v"));
-    m_rest.remove_prefix(word.size());
+    std::size_t begin = 0;
+    while (begin < m_rest.size() && isSpace(m_rest[begin]))
+      ++begin;
+    std::size_t end = begin;
+    while (end < m_rest.size() && !isSpace(m_rest[end]))
+      ++end;
+    const std::string_view word = m_rest.substr(begin, end - begin);
+    m_rest.remove_prefix(end);
     return word;
   }
   /// The rest of the line, without its end.
@@ -52,6 +58,13 @@ public:
     count = number && *number >= 0 ? static_cast<std::size_t>(*number) : 0;
     return number && *number >= 0 && count <= most;
   }
+  /// Whether the next word is a number that a double holds.
+  bool nextReal() {
+    const std::string_view word = next();
+    double number = 0.0;
+    const std::from_chars_result result = std::from_chars(word.data(), word.data() + word.size(), number);
+    return result.ec == std::errc() && result.ptr == word.data() + word.size() && std::isfinite(number);
+  }
   /// As many bytes, or what is left.
   std::string_view nextBytes(std::size_t size) {
     const std::string_view bytes = m_rest.substr(0, size);
@@ -61,6 +74,8 @@ public:
   std::string_view rest() const { return m_rest; }
 
 private:
+  static bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
   std::string_view m_rest;
 };
 

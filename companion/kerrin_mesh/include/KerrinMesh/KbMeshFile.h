@@ -89,9 +89,9 @@ private:
 ///   `.ply`, `.obj`, `.stl` and `.inp` (AVS UCD). The cells of the highest dimension make the mesh. Cells that are
 ///   blanked or ghosts are dead. VTK reads one file at a time, whatever threads ask.
 ///
-/// A damaged file gives an error or a note. There is a limit: VTK trusts some numbers within a file that are not looked
-/// at before, and ends the process where they lead out of memory. These are the sizes of faces of polyhedra, in `.vtk`
-/// and `.vtu` files, and all numbers of binary `.inp` files.
+/// A damaged file gives an error or a note. There is a limit: VTK trusts some numbers within a file that nothing looks
+/// at before, and ends the process where they lead out of memory. These are the faces of polyhedra, all numbers of
+/// binary `.vtk` and `.inp` files, and sets of structured grids in `.vtk` files that are called "field".
 ///
 /// Coordinates and values stay as the file has them, float or double; integers become float or double.
 KERRIN_MESH_API KbMeshFile KbReadMesh(const std::string& path);
