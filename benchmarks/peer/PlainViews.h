@@ -18,8 +18,8 @@ inline const KbVec3<float>* coordinatesOf(const KiGeometry& geometry) {
   return static_cast<const KbVec3<float>*>(array.data);
 }
 
-/// An unstructured mesh of cells of one shape, by its mesh, topology and cell interfaces. Each thread looks at its cells
-/// through one object, which `getCell` sets to the cell.
+/// An unstructured mesh of cells of one shape, by its mesh, topology and cell interfaces. Each thread looks at its
+/// cells through one object, which `getCell` sets to the cell.
 template <class MeshInterface, class TopologyInterface, class Cell>
 class PlainUnstructuredMesh final : public MeshInterface {
 public:

@@ -7,6 +7,9 @@
 #include <KerrinExtractor/KiStreamlineExtractIjk.h>
 #include <KerrinExtractor/KiStreamlineExtractUnstructured.h>
 
+#include <cmath>
+#include <cstdio>
+
 namespace {
 
 using namespace peer;

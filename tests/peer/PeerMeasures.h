@@ -4,6 +4,7 @@
 #include "extractor/PickTestTools.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <map>
 #include <tuple>
@@ -34,8 +35,8 @@ struct Measures {
   double leastArea = 0.0;
   double greatestArea = 0.0;
   std::size_t numTriangles = 0;
-  double valueIntegral = 0.0; ///< of values at the vertices, or at the polygons, over the mean of both areas
-  double volume = 0.0;        ///< enclosed, for closed surfaces; as if quadrangles were bilinear
+  double valueIntegral = 0.0; ///< of values at the vertices or polygons, as the mean over the fans
+  double volume = 0.0;        ///< enclosed by a closed surface, as the mean over the fans: of bilinear quadrangles
 
   explicit Measures(const Surface& s, const KeXDataSetI<double>* values = nullptr) {
     for (std::size_t p = 0; p < s.polygons.size(); ++p)
