@@ -189,6 +189,15 @@ TEST(KbMeshes, VolumeHexahedronIjk) {
   EXPECT_EQ(mesh.getTopology().getNumCellsI(), 0u);
 }
 
+TEST(KbMeshes, PillarsWithoutCellsMakeAnEmptyMesh) {
+  const Messages messages;
+  const std::vector<float> coord(6, 0.0f);
+  const std::vector<float> zcorn;
+  const KbVolumeMeshVertexHexahedronIjk mesh({0, 0, 0}, coord, zcorn);
+  EXPECT_EQ(mesh.getTopology().getNumCellsI(), 0u);
+  EXPECT_TRUE(messages.all().empty());
+}
+
 TEST(KbMeshes, VolumeVertexHexahedronIjk) {
   // Two cells along i on six pillars; the middle ones lean, and the right cell is thrown down by 0.5.
   const std::vector<double> coord{0, 0, 0, 0, 0, 2, 1, 0, 0, 2, 0, 2, 4, 0, 0, 4, 0, 2,

@@ -95,8 +95,9 @@ KbGeometryState::Box KbSurfaceGeometryRectilinear::box() const {
 bool KbGeometryHexahedronIjk::setPillars(const KbIndex<3>& counts, const KbArray& coord, const KbArray& zcorn) {
   const std::size_t numPillars = KbProduct<2>({counts[0] + 1, counts[1] + 1});
   const std::size_t numCells = KbProduct(counts);
-  const bool right = coord.isReal() && zcorn.isReal() && coord.size() % 6 == 0 && coord.size() / 6 == numPillars &&
-                     zcorn.size() % 8 == 0 && zcorn.size() / 8 == numCells;
+  const bool areReal = coord.isReal() && (zcorn.isReal() || zcorn.size() == 0); // empty arrays have no type
+  const bool right = areReal && coord.size() % 6 == 0 && coord.size() / 6 == numPillars && zcorn.size() % 8 == 0 &&
+                     zcorn.size() / 8 == numCells;
   m_counts = right ? counts : KbIndex<3>{};
   m_coord = right ? coord : KbArray();
   m_zcorn = right ? zcorn : KbArray();
