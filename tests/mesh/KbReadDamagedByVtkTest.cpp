@@ -133,6 +133,17 @@ TEST(KbReadDamagedByVtk, WholeFilesPassTheChecks) {
   EXPECT_TRUE(read("whole.inp", ucd("4 1 0 0 0", "1 1 tet 1 2 3 4")));
   EXPECT_TRUE(
       read("fields.inp", "# made by hand\n" + ucd("4 1 1 0 0", "1 1 tet 1 2 3 4\n1 1\ns, m\n1 0\n2 0\n3 0\n4 0")));
+  EXPECT_TRUE(read("signs.inp", "4 1 0 0 0\n+1 +0 -0 1e-400\n2 1 0 0\n3 0 1 0\n4 0 0 1\n1 1 tet 1 2 3 4\n"));
+  EXPECT_TRUE(
+      read("signs.vtk", legacy("POLYDATA", "POINTS 3 float\n+0 0 1e-50 1 0 0 0 1 1e-400\nPOLYGONS 1 4\n3 0 1 2\n")));
+  EXPECT_TRUE(
+      read("names.vti",
+           "<VTKFile type=\"ImageData\" version=\"0.1\"><ImageData WholeExtent = '0 1 0 1 0 1' Origin=\"0 0 0\" "
+           "Spacing=\"1 1 1\"><Piece Extent=\"0 1 0 1 0 1\"><CellData><DataArray "
+           "Name=\"NumberOfParts\" type=\"Int32\" format=\"ascii\">1</DataArray><DataArray "
+           "Name=\"Extent\" type=\"Int32\" format=\"ascii\">1</DataArray></CellData></Piece>"
+           "</ImageData></VTKFile>\n"));
+  EXPECT_TRUE(read("long.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 \\\n3\n"));
   EXPECT_TRUE(read("back.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nf 1/1 2/1 -1/1\n"));
   const KbMeshFile field =
       read("field.vtk", legacy("POLYDATA", "FIELD FieldData 2\nPoints 1 2 double\n1 2\nLines 1 1 string\n"
@@ -178,6 +189,9 @@ INSTANTIATE_TEST_SUITE_P(
             "TooManyNodes", ".vtk",
             legacy("STRUCTURED_POINTS", "DIMENSIONS 2000000000 2000000000 2000000000\nORIGIN 0 0 0\nSPACING 1 1 1\n"),
             "has too many nodes to be numbered: 2000000000 x 2000000000 x 2000000000"},
+        Unusable{"UprightImage", ".vtk",
+                 legacy("STRUCTURED_POINTS", "DIMENSIONS 1 30000 30000\nORIGIN 0 0 0\nSPACING 1 1 1\n"),
+                 "has too little data for 900000000 points"},
         Unusable{"Field", ".vtk", legacy("FIELD f 1", "a 1 2 float\n1 2\n"),
                  "cannot be read: it is damaged or of another kind"},
         Unusable{"SizeBelowZero", ".vtk", legacy("POLYDATA", fourPoints + "POLYGONS 1 4\n-3 0 1 2\n"),
@@ -185,6 +199,9 @@ INSTANTIATE_TEST_SUITE_P(
         Unusable{"PolygonsCut", ".vtk", legacy("POLYDATA", fourPoints + "POLYGONS 2 8\n3 0 1 2\n3 0 "),
                  "cannot be read: the numbers of 'polygons' are damaged or too few"},
         Unusable{"PointsTooLarge", ".vtk", legacy("POLYDATA", "POINTS 4 float\n0 0 0 1e400 0 0 0 1 0 0 0 1\n"),
+                 "cannot be read: the numbers of 'points' are damaged or too few"},
+        Unusable{"PointsTooLargeForFloat", ".vtk",
+                 legacy("STRUCTURED_GRID", "DIMENSIONS 2 1 1\nPOINTS 2 float\n0 0 0 1e39 0 0\n"),
                  "cannot be read: the numbers of 'points' are damaged or too few"},
         Unusable{"PointsTooMany", ".vtk", legacy("POLYDATA", "POINTS 4000000000 float\n0 0 0\n"),
                  "cannot be read: the numbers of 'points' are damaged or too few"},

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "KbGrdeclNumber.h"
+#include "KbWords.h"
 
 #include <charconv>
 #include <cmath>
@@ -8,17 +9,8 @@
 
 namespace {
 
-std::string_view withoutPlus(std::string_view word) {
-  if (word.size() > 1 && word.front() == '+' && word[1] != '-') word.remove_prefix(1);
-  return word;
-}
-
-/// Whether a number that no double holds is too small rather than too large.
-bool isTiny(std::string_view word) {
-  if (const std::size_t exponent = word.find_first_of("eE"); exponent != std::string_view::npos)
-    return word.substr(exponent + 1).starts_with('-');
-  return word.find_first_of("123456789") > word.find('.');
-}
+using kx::isTooSmall;
+using kx::withoutPlus;
 
 template <class T>
 std::errc parseWhole(std::string_view word, T& value) {
@@ -39,7 +31,7 @@ std::string_view kx::parseGrdeclNumber(std::string_view word, double& value) {
   }
   if (fault == std::errc()) return {};
   if (fault != std::errc::result_out_of_range) return "is no number";
-  if (!isTiny(usual)) return "is out of range";
+  if (!isTooSmall(usual)) return "is out of range";
   value = 0.0;
   return {};
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <limits>
 
 namespace {
 
@@ -66,9 +67,13 @@ private:
   /// A count, a type and as many tuples.
   bool readReals(std::size_t numComponents) {
     std::size_t count = 0;
-    if (!m_words.nextCount(m_size, count) || m_words.next().empty()) return false;
+    if (!m_words.nextCount(m_size, count)) return false;
+    const std::string type = lower(m_words.next());
+    const double most =
+        type == "float" ? static_cast<double>(std::numeric_limits<float>::max()) : std::numeric_limits<double>::max();
+    if (type.empty()) return false;
     for (std::size_t n = 0; n < numComponents * count; ++n) {
-      if (!m_words.nextReal()) return false;
+      if (!m_words.nextReal(most)) return false;
     }
     return true;
   }
@@ -107,7 +112,7 @@ private:
       if (!m_words.nextCount(m_size, numComponents) || !m_words.nextCount(m_size, numTuples)) return false;
       const std::string type = lower(m_words.next());
       if (std::find(std::begin(types), std::end(types), type) == std::end(types)) return false;
-      const bool isText = type.ends_with("string");
+      const bool isText = type.ends_with("string") || type == "variant"; // one a line
       m_words.nextLine();
       for (std::size_t v = 0; v < numComponents * numTuples; ++v) {
         if (m_words.rest().empty()) return false;

@@ -39,7 +39,7 @@ private:
   /// Nodes as 1, 1/2, 1//3 or 1/2/3.
   bool readCell(Words& words) {
     for (std::string_view node = words.next(); !node.empty(); node = words.next()) {
-      if (node.front() == '#') return true;
+      if (node.front() == '#' || node == "\\") return true; // a comment, or the line goes on in the next one
       for (std::size_t k = 0; k < m_counts.size() && !node.empty(); ++k) {
         const std::string_view number = node.substr(0, node.find('/'));
         node.remove_prefix(std::min(number.size() + 1, node.size()));

@@ -3,6 +3,7 @@
 #include "KbWords.h"
 
 #include <array>
+#include <limits>
 #include <unordered_set>
 #include <utility>
 
@@ -37,7 +38,7 @@ private:
   std::string readNodes(std::size_t count) {
     for (std::size_t n = 0; n < count; ++n) {
       const std::optional<std::int64_t> number = m_words.nextInteger();
-      if (!number || !m_words.nextReal() || !m_words.nextReal() || !m_words.nextReal())
+      if (!number || !m_words.nextReal(most) || !m_words.nextReal(most) || !m_words.nextReal(most))
         return "node " + std::to_string(n) + " of " + std::to_string(count) + " is damaged or missing";
       m_nodes.insert(*number);
     }
@@ -86,7 +87,7 @@ private:
       const std::optional<std::int64_t> number = m_words.nextInteger();
       if (!number || numbers.count(*number) == 0) return false;
       for (std::size_t v = 0; v < numValues; ++v) {
-        if (!m_words.nextReal()) return false;
+        if (!m_words.nextReal(most)) return false;
       }
     }
     return true;
@@ -100,6 +101,8 @@ private:
     }
     return std::nullopt;
   }
+
+  static constexpr double most = static_cast<double>(std::numeric_limits<float>::max()); // what VTK reads them as
 
   Words m_words;
   std::size_t m_size;

@@ -34,14 +34,17 @@ struct Attribute {
   std::string value;
 };
 
-/// All attributes whose names have a part.
+/// All attributes whose names have a part. Values may have it too.
 std::vector<Attribute> attributesOf(const std::string& tag, std::string_view part) {
+  constexpr const char* space = " \t\r\n";
   std::vector<Attribute> found;
   for (std::size_t at = tag.find(part); at != std::string::npos; at = tag.find(part, at + 1)) {
-    const std::size_t open = tag.find_first_of("\"'", at);
+    const std::size_t equal = tag.find_first_of("='\"", at);
+    if (equal == std::string::npos || tag[equal] != '=') continue;
+    const std::size_t open = tag.find_first_not_of(space, equal + 1);
     if (open == std::string::npos) break;
-    const std::size_t begin = tag.find_last_of(" \t\r\n", at) + 1;
-    found.push_back({tag.substr(begin, tag.find_first_of("= ", at) - begin),
+    const std::size_t begin = tag.find_last_of(space, at) + 1;
+    found.push_back({tag.substr(begin, tag.find_first_of("= \t\r\n", at) - begin),
                      tag.substr(open + 1, tag.find(tag[open], open + 1) - open - 1)});
   }
   return found;

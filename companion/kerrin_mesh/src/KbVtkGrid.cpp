@@ -49,8 +49,20 @@ KbArray pointsOf(vtkDataSet& data, Content& content) {
   return content.keep(std::move(points));
 }
 
+/// Whether the points of an image, which the file doesn't have, would take too much memory: more than four GiB and far
+/// more than all that it has.
+bool hasTooManyPoints(vtkDataSet& data) {
+  if (!vtkImageData::SafeDownCast(&data)) return false;
+  const double bytes = 24.0 * static_cast<double>(data.GetNumberOfPoints());
+  return bytes > 4.0 * (1 << 30) && bytes > 32.0 * 1024.0 * static_cast<double>(data.GetActualMemorySize());
+}
+
 template <std::size_t N>
 bool makeCurvilinear(vtkDataSet& data, const Grid<N>& grid, Content& content) {
+  if (hasTooManyPoints(data)) {
+    content.error = "has too little data for " + std::to_string(data.GetNumberOfPoints()) + " points";
+    return false;
+  }
   const KbArray points = pointsOf(data, content);
   if constexpr (N == 3) return content.makeMesh<KbVolumeMeshCurvilinear>(5, grid.numCells, points, grid.dead);
   if constexpr (N == 2) return content.makeMesh<KbSurfaceMeshCurvilinear>(9, grid.numCells, points, grid.dead);

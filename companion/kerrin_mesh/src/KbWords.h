@@ -20,6 +20,19 @@ inline std::string inQuotes(std::string_view word) {
   return "'" + text + "'";
 }
 
+/// A number without its plus sign, which std::from_chars doesn't take.
+inline std::string_view withoutPlus(std::string_view word) {
+  if (word.size() > 1 && word.front() == '+' && word[1] != '-') word.remove_prefix(1);
+  return word;
+}
+
+/// Whether a number that no double holds is too small rather than too large.
+inline bool isTooSmall(std::string_view number) {
+  if (const std::size_t exponent = number.find_first_of("eE"); exponent != std::string_view::npos)
+    return number.substr(exponent + 1).starts_with('-');
+  return number.find_first_of("123456789") > number.find('.');
+}
+
 /// Walks the words of a text.
 class Words {
 public:
@@ -46,7 +59,7 @@ public:
   }
   /// The next word as a whole number; none when it is something else.
   std::optional<std::int64_t> nextInteger() {
-    const std::string_view word = next();
+    const std::string_view word = withoutPlus(next());
     std::int64_t number = 0;
     const std::from_chars_result result = std::from_chars(word.data(), word.data() + word.size(), number);
     if (result.ec != std::errc() || result.ptr != word.data() + word.size()) return std::nullopt;
@@ -58,12 +71,14 @@ public:
     count = number && *number >= 0 ? static_cast<std::size_t>(*number) : 0;
     return number && *number >= 0 && count <= most;
   }
-  /// Whether the next word is a number that a double holds.
-  bool nextReal() {
-    const std::string_view word = next();
+  /// Whether the next word is a number up to `most`, whatever its sign.
+  bool nextReal(double most) {
+    const std::string_view word = withoutPlus(next());
     double number = 0.0;
     const std::from_chars_result result = std::from_chars(word.data(), word.data() + word.size(), number);
-    return result.ec == std::errc() && result.ptr == word.data() + word.size() && std::isfinite(number);
+    if (result.ptr != word.data() + word.size()) return false;
+    return result.ec == std::errc::result_out_of_range ? isTooSmall(word)
+                                                       : result.ec == std::errc() && std::abs(number) <= most;
   }
   /// As many bytes, or what is left.
   std::string_view nextBytes(std::size_t size) {
