@@ -24,6 +24,13 @@ double extentOf(const std::vector<KbVec3<double>>& points) {
   return extent;
 }
 
+/// Where the point of an edge that is nearest to another lies on it, from 0 to 1.
+double nearestOnEdge(const KbVec3<double>& a, const KbVec3<double>& b, const KbVec3<double>& point) {
+  const KbVec3<double> edge = b - a;
+  const double squared = edge.squaredLength();
+  return squared > 0.0 ? std::clamp((point - a).dot(edge) / squared, 0.0, 1.0) : 0.0;
+}
+
 struct Fan {
   std::array<KbVec3<double>, 3> corners;
   std::array<std::size_t, 2> local;
@@ -101,10 +108,7 @@ bool isInsidePolygon(const std::vector<KbVec3<double>>& corners, const KbVec3<do
   for (std::size_t i = 0; i < corners.size(); ++i) {
     const KbVec3<double>& a = corners[i];
     const KbVec3<double>& b = corners[(i + 1) % corners.size()];
-    const KbVec3<double> edge = b - a;
-    const double squared = edge.squaredLength();
-    const double along = squared > 0.0 ? std::clamp((point - a).dot(edge) / squared, 0.0, 1.0) : 0.0;
-    if ((a + edge * along - point).length() <= tiny) return true;
+    if ((a + (b - a) * nearestOnEdge(a, b, point) - point).length() <= tiny) return true;
     if ((a[v] > point[v]) != (b[v] > point[v]) && point[u] < a[u] + (point[v] - a[v]) / (b[v] - a[v]) * (b[u] - a[u]))
       inside = !inside;
   }
@@ -138,10 +142,8 @@ bool weightsOnPolygon(const std::vector<KbVec3<double>>& corners, const KbVec3<d
   bool isBeside = false;
   for (std::size_t i = 0; i < n; ++i) {
     const std::size_t next = (i + 1) % n;
-    const KbVec3<double> edge = flat[next] - flat[i];
-    const double squared = edge.squaredLength();
-    const double along = squared > 0.0 ? std::clamp((foot - flat[i]).dot(edge) / squared, 0.0, 1.0) : 0.0;
-    const double distance = (flat[i] + edge * along - foot).length();
+    const double along = nearestOnEdge(flat[i], flat[next], foot);
+    const double distance = (flat[i] + (flat[next] - flat[i]) * along - foot).length();
     if (!(distance <= nearest)) continue;
     nearest = distance;
     isBeside = true;

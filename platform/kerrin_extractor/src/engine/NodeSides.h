@@ -49,7 +49,6 @@ public:
       return true;
     }
   }
-  void clear() { m_sides.clear(); }
 
 private:
   template <std::size_t N, class Id>
