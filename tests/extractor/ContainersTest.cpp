@@ -161,6 +161,10 @@ TEST(KxLineCellExtract, AsksWhetherAPointLiesOnASegment) {
   std::vector<double> weights;
   ASSERT_TRUE(KxLineCellExtract::isPointInsideCell(mesh.getGeometry(), &cell, Vec3(1, 0, 0), weights));
   EXPECT_NEAR(weights.at(1), 0.25, 1e-9);
+  ASSERT_TRUE(KxLineCellExtract::isPointInsideCell(mesh.getGeometry(), &cell, Vec3(4.0001, 0, 0), weights))
+      << "rounded";
+  EXPECT_EQ(weights, (std::vector<double>{0.0, 1.0}));
+  EXPECT_FALSE(KxLineCellExtract::isPointInsideCell(mesh.getGeometry(), &cell, Vec3(4.001, 0, 0), weights));
   EXPECT_FALSE(KxLineCellExtract::isPointInsideCell(mesh.getGeometry(), &cell, Vec3(5, 0, 0), weights));
   EXPECT_FALSE(KxLineCellExtract::isPointInsideCell(mesh.getGeometry(), nullptr, Vec3(1, 0, 0), weights));
 }

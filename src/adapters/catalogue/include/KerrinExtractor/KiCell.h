@@ -26,7 +26,9 @@ public:
   virtual KbVec3<double> getIsoParametricCoord(std::size_t localIndex) const;
   /// The mean of the node positions.
   virtual KbVec3<double> getCenter(const KiGeometryI& geometry) const;
-  /// Whether `point` lies in the cell; if so, `weights` receives the shape-function values there.
+  /// Whether `point` lies in the cell; if so, `weights` receives the shape-function values there. Lines and surfaces
+  /// take points that are off by 1e-4 of their size, for picked positions are rounded; a face that is not flat also
+  /// takes those as far from its mean plane as its corners are, with the weights of a polygon.
   virtual bool isPointInsideCell(const KiGeometryI& geometry, const KbVec3<double>& point,
                                  std::vector<double>& weights) const;
   friend KERRIN_EXTRACTOR_API std::ostream& operator<<(std::ostream& stream, const KiCell& cell);
